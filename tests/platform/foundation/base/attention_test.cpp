@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "rz/attention.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <thread>
+
+#include "rz/timeout.h"
+#include "rz/timer.h"
+
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+void waitUntilExpired() {
+  for (;;) rzAttention::check();
+}
+
+rzULong codeOfCheck() {
+  try {
+    rzAttention::check();
+  } catch (const rzTimeout::InternalExpired& expired) {
+    return expired.code();
+  }
+  return 0;
+}
+
+}  // namespace
+
+TEST(Attention, WithoutScopesNothingStops) { EXPECT_NO_THROW(rzAttention::check()); }
+
+TEST(Attention, RequestedStopThrowsAtEachLookUntilCleared) {
+  rzAttentionSource source;
+  {
+    const rzAttentionScope scope(source);
+    EXPECT_NO_THROW(rzAttention::check());
+    source.requestStop();
+    EXPECT_THROW(rzAttention::check(), rzTimeout::Expired);
+    EXPECT_THROW(rzAttention::check(), rzTimeout::Expired);
+    source.clear();
+    EXPECT_NO_THROW(rzAttention::check());
+    source.requestStop();
+  }
+  EXPECT_NO_THROW(rzAttention::check()) << "the scope has ended";
+}
+
+TEST(Attention, StopMayComeFromAnotherThread) {
+  rzAttentionSource source;
+  const rzAttentionScope scope(source);
+  std::thread other([&source] { source.requestStop(); });
+  EXPECT_THROW(waitUntilExpired(), rzTimeout::Expired);
+  other.join();
+}
+
+TEST(Attention, OuterScopeStopsThroughInnerOnes) {
+  rzAttentionSource outer;
+  rzAttentionSource inner;
+  const rzAttentionScope outerScope(outer);
+  const rzTimeoutScope deadline(1e6);
+  const rzAttentionScope innerScope(inner);
+  outer.requestStop();
+  EXPECT_THROW(rzAttention::check(), rzTimeout::Expired);
+}
+
+TEST(Attention, LimitsThatHavePassedAndLimitsThatNeverPass) {
+  for (const double seconds : {0.0, -1.0, -kInf, kNaN}) {
+    const rzTimeoutScope scope(seconds);
+    EXPECT_THROW(rzAttention::check(), rzTimeout::Expired) << seconds;
+  }
+  for (const double seconds : {0.0, -0.0, -1.0, kNaN}) {
+    rzAttentionTag tag(true);
+    tag.attachTimeoutCustom(seconds, 7);
+    EXPECT_THROW(rzAttention::check(), rzTimeout::InternalExpired) << seconds;
+  }
+  for (const double seconds : {3600.0, 1e9, 1e300, kInf}) {
+    const rzTimeoutScope scope(seconds);
+    rzAttentionTag tag(true);
+    tag.attachTimeoutCustom(seconds, 7);
+    EXPECT_NO_THROW(rzAttention::check()) << seconds;
+  }
+}
+
+TEST(Attention, ShortLimitPassesInItsTimeInSeconds) {
+  const rzTimer timer(true);
+  rzAttentionTag tag(true);
+  tag.attachTimeoutCustom(0.02, 7);
+  EXPECT_THROW(waitUntilExpired(), rzTimeout::InternalExpired);
+  EXPECT_GE(timer.msec(), 20.0);
+}
+
+TEST(Attention, InnermostTagAloneCounts) {
+  rzAttentionTag outer(true);
+  outer.attachTimeoutCustom(0.0, 0x80000064);
+  {
+    rzAttentionTag inner(true);
+    EXPECT_EQ(codeOfCheck(), 0u);
+    inner.attachTimeoutCustom(0.0, 5);
+    EXPECT_EQ(codeOfCheck(), 5u);
+  }
+  EXPECT_EQ(codeOfCheck(), 0x80000064u);
+}
+
+TEST(Attention, StopOfTheWorkComesBeforeTheToolsLimit) {
+  rzAttentionTag tag(true);
+  tag.attachTimeoutCustom(0.0, 5);
+  const rzTimeoutScope scope(0.0);
+  EXPECT_THROW(rzAttention::check(), rzTimeout::Expired);
+}
+
+TEST(Timer, CountsOnlyWhileItRuns) {
+  rzTimer timer(false);
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  EXPECT_EQ(timer.msec(), 0.0);
+  timer.start();
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  EXPECT_GE(timer.msec(), 5.0);
+  timer.stop();
+  const double stopped = timer.msec();
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  EXPECT_EQ(timer.msec(), stopped);
+  timer.start();
+  EXPECT_GE(timer.msec(), stopped);
+}
+
+TEST(Timer, ResetGoesToZeroAndKeepsRunning) {
+  rzTimer running(true);
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  running.reset();
+  EXPECT_LT(running.msec(), 50.0);
+  std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  EXPECT_GE(running.msec(), 2.0);
+  running.stop();
+  running.reset();
+  EXPECT_EQ(running.msec(), 0.0);
+}
