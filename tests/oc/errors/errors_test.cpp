@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <typeindex>
 #include <vector>
 
 #include "oc/arrange_defs.h"
@@ -95,6 +96,8 @@ INSTANTIATE_TEST_SUITE_P(All, Errors, testing::ValuesIn(kCases), [](const auto& 
   return name;
 });
 
+std::type_index classOf(const rzPersistent& object) { return typeid(object); }
+
 rzLong codeOf(rzULong bits) { return static_cast<rzLong>(bits); }
 
 }  // namespace
@@ -116,7 +119,7 @@ TEST_P(Errors, ArchiveFormIsTheClassNameAVersionByteForEachLevelAndTheMessage) {
 
 TEST_P(Errors, ComesBackFromAnArchiveAsItsClass) {
   const std::unique_ptr<rzException> back(loadedPointer(bytes_));
-  EXPECT_EQ(typeid(*back), typeid(*error_));
+  EXPECT_EQ(classOf(*back), classOf(*error_));
   EXPECT_STREQ(back->what(), GetParam().keepsMessage ? "why" : "");
 }
 
@@ -146,7 +149,7 @@ TEST_P(Errors, SuicideRethrowsTheTrueClassWithItsMessage) {
   try {
     heapCopy->suicideAndRethrow();
   } catch (const rzPersistent& caught) {
-    EXPECT_EQ(typeid(caught), typeid(*error_));
+    EXPECT_EQ(classOf(caught), classOf(*error_));
     EXPECT_STREQ(dynamic_cast<const rzException&>(caught).what(), "why");
   }
 }

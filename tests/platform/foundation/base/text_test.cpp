@@ -109,8 +109,8 @@ TEST(CharCode, EachByteWidenedWithItsSignComesBack) {
 }
 
 TEST(CharCode, WhiteSpaceIsThatOfUnicode) {
-  for (const rzULong code : {0x09, 0x0D, 0x20, 0x85, 0xA0, 0x1680, 0x2007, 0x2028, 0x3000})
-    EXPECT_TRUE(rzCharCode::isSpace(code)) << rfHex(code, 4);
-  for (const rzULong code : {0x08, 0x0E, 0x21, 0x41, 0x84, 0x180E, 0x200B, 0xF800, 0xFEFF})
-    EXPECT_FALSE(rzCharCode::isSpace(code)) << rfHex(code, 4);
+  for (const rzLong code : {0x09, 0x0D, 0x20, 0x85, 0xA0, 0x1680, 0x2007, 0x2028, 0x3000})
+    EXPECT_TRUE(rzCharCode::isSpace(static_cast<rzULong>(code))) << rfHex(code, 4);
+  for (const rzLong code : {0x08, 0x0E, 0x21, 0x41, 0x84, 0x180E, 0x200B, 0xF800, 0xFEFF})
+    EXPECT_FALSE(rzCharCode::isSpace(static_cast<rzULong>(code))) << rfHex(code, 4);
 }
