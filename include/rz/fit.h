@@ -8,6 +8,7 @@
 //   const rzCircle circle = rfCircleFit(points, rzCircleFitParams(0, 1.0, 0, infinity)).circle();
 #pragma once
 
+#include <limits>
 #include <vector>
 
 #include "rz/circle.h"
@@ -34,7 +35,7 @@ class rzLineFitParams {
  private:
   rzLong mode_ = 0;
   unsigned numIgnore_ = 0;
-  double maxDistance_ = 0.0;
+  double maxDistance_ = std::numeric_limits<double>::infinity();
 };
 
 /// How a circle is fitted.
@@ -54,7 +55,7 @@ class rzCircleFitParams {
   rzLong mode_ = 0;
   double weight_ = 1.0;
   unsigned numIgnore_ = 0;
-  double maxDistance_ = 0.0;
+  double maxDistance_ = std::numeric_limits<double>::infinity();
 };
 
 class rzLineFitResult {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 #include "rz/archive.h"
 #include "rz/math_error.h"
