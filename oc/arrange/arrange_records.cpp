@@ -42,7 +42,7 @@ void rz_ArrangePath::removeLast() {
   choices.pop_back();
 }
 
-double rz_ArrangeCost::total() const {
+double rz_CostTerms::total() const {
   return matchCost + unmatchedCost + breakCost + normalCost + tangentialCost + rotationCost +
          logScaleCost + spacingCost;
 }

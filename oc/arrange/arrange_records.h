@@ -88,10 +88,9 @@ struct rz_ArrangePath {
   std::vector<rzLong> lineStarts;
 };
 
-/// What one path costs, and why. The vectors marked "final" are filled by the final evaluation
-/// only.
-struct rz_ArrangeCost {
-  /// The sum of the eight costs, in their order.
+/// The terms of the cost of a path.
+struct rz_CostTerms {
+  /// Their sum, in their order.
   double total() const;
 
   double matchCost = 0.0;       ///< Weak scores.
@@ -102,7 +101,11 @@ struct rz_ArrangeCost {
   double rotationCost = 0.0;    ///< Errors of orientation.
   double logScaleCost = 0.0;    ///< Errors of scale.
   double spacingCost = 0.0;     ///< Wrong gaps between neighbours.
+};
 
+/// What one path costs, and why. The vectors marked "final" are filled by the final evaluation
+/// only.
+struct rz_ArrangeCost : rz_CostTerms {
   // One for each line.
   std::vector<rzOCArrangeDefs::LineType> lineTypes;  ///< eDontCare: too short to have a shape.
   std::vector<rzLineSeg> lineSegs;                   ///< Straight lines only; final.
