@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/vision/correlation/nrm_search.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "rz/attention.h"
+#include "rz/pel_functions.h"
+#include "rz/timeout.h"
+#include "support/draw.h"
+#include "support/noise.h"
+
+namespace {
+
+using Image = rzPelBuffer_const<unsigned char>;
+
+const rzPelRect kAnywhere(0, 0, 1, 1);
+// A parabola through three samples of a correlation peak is not the peak itself.
+constexpr double kSubPel = 0.1;
+
+Image letter(const draw::Shape& shape, double x, double y, rzLong width, rzLong height,
+             unsigned char ink = 30) {
+  rzPelBuffer<unsigned char> image = draw::paper(width, height);
+  draw::fill(image, shape, rzXform<2>(rzMatrix<2>(), rzVector<2>(x, y)), ink);
+  return image;
+}
+
+// As a lens draws it: binomial weights 1 2 1 both ways.
+Image blurred(const Image& image) {
+  rzPelBuffer<unsigned char> result = rfPelCopy(image);
+  for (rzLong y = 1; y + 1 < image.height(); ++y) {
+    for (rzLong x = 1; x + 1 < image.width(); ++x) {
+      int sum = 0;
+      for (rzLong v = -1; v <= 1; ++v) {
+        for (rzLong u = -1; u <= 1; ++u) {
+          sum += (v == 0 ? 2 : 1) * (u == 0 ? 2 : 1) * *image.pointToPel(x + u, y + v);
+        }
+      }
+      *result.pointToPel(x, y) = static_cast<unsigned char>((sum + 8) / 16);
+    }
+  }
+  return result;
+}
+
+rzNrmSearchModel trained(const Image& image) {
+  rzNrmSearchModel model;
+  model.train(image, rzNrmSearchTrainParams(), nullptr, 0);
+  return model;
+}
+
+std::vector<rzNrmSearchResult> search(const rzNrmSearchModel& model, const Image& image,
+                                      double accept = 0.3, const rzPelRect& where = kAnywhere,
+                                      std::int16_t maxNumResults = -1) {
+  rzNrmSearchRunParams params(rzNrmSearchDefs::eCorrelation);
+  params.accept(accept);
+  params.xyOverlap(0.3);
+  params.maxNumResults(maxNumResults);
+  rzNrmSearchResultSet set;
+  model.run(image, params, where, set, nullptr, 0);
+  return set.results();
+}
+
+TEST(NrmSearch, FindsTheLetterToATenthOfAPel) {
+  const rzNrmSearchModel model = trained(blurred(letter(draw::letterR(), 13, 18, 26, 36)));
+  // Fifths of a pel are what the drawing resolves.
+  for (const rzVector<2> shift : {rzVector<2>(0, 0), {5, 7}, {3.4, 4.2}, {8.2, 2.6}, {0.4, 9.8}}) {
+    const auto results =
+        search(model, blurred(letter(draw::letterR(), 20 + shift.x(), 25 + shift.y(), 60, 70)));
+    ASSERT_EQ(results.size(), 1u);
+    EXPECT_TRUE(results[0].found());
+    EXPECT_NEAR(results[0].location().x(), 7 + shift.x(), kSubPel);
+    EXPECT_NEAR(results[0].location().y(), 7 + shift.y(), kSubPel);
+  }
+}
+
+TEST(NrmSearch, ContrastAndBrightnessDoNotChangeTheScore) {
+  const rzNrmSearchModel model = trained(letter(draw::letterK(), 13, 18, 26, 36));
+  const Image strong = letter(draw::letterK(), 30, 30, 60, 60);
+  std::array<unsigned char, 256> fainter;
+  for (std::size_t g = 0; g < 256; ++g) fainter[g] = static_cast<unsigned char>(60 + g / 2);
+  const auto before = search(model, strong);
+  const auto after = search(model, rfPelMap(strong, fainter));
+  ASSERT_EQ(before.size(), 1u);
+  ASSERT_EQ(after.size(), 1u);
+  EXPECT_EQ(before[0].score(), 1.0);
+  EXPECT_NEAR(after[0].score(), 1.0, 1e-3);  // halves are cut
+  EXPECT_TRUE(search(model, letter(draw::letterK(), 30, 30, 60, 60, 250)).empty());
+}
+
+TEST(NrmSearch, LocationIsWhereTheTemplatesClientOriginLands) {
+  Image pattern = letter(draw::letterF(), 13, 18, 26, 36);
+  pattern.offset(rzPair<rzLong>(100, 50));
+  pattern.clientFromImageXform(rzXform<2>(rzMatrix<2>(), rzVector<2>(-113, -68)));  // F's middle
+  Image picture = letter(draw::letterF(), 31, 42, 60, 75);
+  picture.offset(rzPair<rzLong>(-10, 5));
+  const rzXform<2> client(rzMatrix<2>(0.0, -2.0, 2.0, 0.0), rzVector<2>(7, 9));
+  picture.clientFromImageXform(client);
+  const auto results = search(trained(pattern), picture);
+  ASSERT_EQ(results.size(), 1u);
+  EXPECT_LT(results[0].location().distance(client * rzVector<2>(21, 47)), 2.0 * kSubPel);
+}
+
+// Correlation at every place, written down as it is defined.
+double bestPlainCorrelation(const Image& pattern, const Image& picture) {
+  double best = -1.0;
+  const rzLong n = pattern.width() * pattern.height();
+  for (rzLong y = 0; y + pattern.height() <= picture.height(); ++y) {
+    for (rzLong x = 0; x + pattern.width() <= picture.width(); ++x) {
+      double a = 0, b = 0, aa = 0, bb = 0, ab = 0;
+      for (rzLong k = 0; k < n; ++k) {
+        const double p = *pattern.pointToPel(k % pattern.width(), k / pattern.width());
+        const double q = *picture.pointToPel(x + k % pattern.width(), y + k / pattern.width());
+        a += p, b += q, aa += p * p, bb += q * q, ab += p * q;
+      }
+      best = std::max(best, (n * ab - a * b) / std::sqrt((n * aa - a * a) * (n * bb - b * b)));
+    }
+  }
+  return best;
+}
+
+TEST(NrmSearch, ScoreIsTheBestPlainCorrelationOnItsScale) {
+  const draw::Shape letters[] = {draw::letterF(), draw::letterR(), draw::letterK(),
+                                 draw::letterA(), draw::letterZ(), draw::letterO()};
+  int numScored = 0;
+  for (const draw::Shape& a : letters) {
+    const Image pattern = letter(a, 13, 18, 26, 36);
+    for (const draw::Shape& b : letters) {
+      const Image picture = letter(b, 21, 26, 40, 50);
+      const double expected = (bestPlainCorrelation(pattern, picture) - 0.8) / 0.2;
+      const auto results = search(trained(pattern), picture, 1e-6);
+      ASSERT_EQ(results.empty(), expected < 1e-6);
+      if (results.empty()) continue;
+      EXPECT_NEAR(results[0].score(), expected, 1e-9);
+      ++numScored;
+    }
+  }
+  EXPECT_GE(numScored, 6);  // the letters themselves
+}
+
+TEST(NrmSearch, GivesTheBestOfEachPlaceFirstAndNoMoreThanAskedFor) {
+  rzPelBuffer<unsigned char> picture = noise(rzPelRect(0, 0, 120, 60), 3, 190, 220);
+  for (const double x : {20.0, 60.0, 98.0}) {
+    draw::fill(picture, draw::letterA(), rzXform<2>(rzMatrix<2>(), rzVector<2>(x, 30)),
+               static_cast<unsigned char>(x));
+  }
+  const rzNrmSearchModel model = trained(letter(draw::letterA(), 13, 18, 26, 36));
+  const auto all = search(model, picture);
+  ASSERT_EQ(all.size(), 3u);
+  EXPECT_NEAR(all[0].location().x(), 7, kSubPel);  // the darkest one suffers least from noise
+  EXPECT_GE(all[0].score(), all[1].score());
+  EXPECT_GE(all[1].score(), all[2].score());
+  EXPECT_EQ(search(model, picture, 0.3, kAnywhere, 1).size(), 1u);
+  EXPECT_EQ(search(model, picture, 0.3, kAnywhere, 0).size(), 0u);
+}
+
+TEST(NrmSearch, RectangleRestrictsTheTemplatesCorner) {
+  rzPelBuffer<unsigned char> picture = draw::paper(120, 60);
+  for (const double x : {20.0, 60.0}) {
+    draw::fill(picture, draw::letterA(), rzXform<2>(rzMatrix<2>(), rzVector<2>(x, 30)));
+  }
+  const rzNrmSearchModel model = trained(letter(draw::letterA(), 13, 18, 26, 36));
+  const auto second = search(model, picture, 0.3, rzPelRect(40, 5, 20, 20));
+  ASSERT_EQ(second.size(), 1u);
+  EXPECT_NEAR(second[0].location().x(), 47, kSubPel);
+  const auto atRim = search(model, picture, 0.3, rzPelRect(47, 12, 1, 1));
+  ASSERT_EQ(atRim.size(), 1u);
+  EXPECT_EQ(atRim[0].location(), rzVector<2>(47, 12));  // no neighbours to interpolate with
+  EXPECT_TRUE(search(model, picture, 0.3, rzPelRect(300, 300, 5, 5)).empty());
+}
+
+TEST(NrmSearch, NothingIsFoundWhereNothingCanBe) {
+  const rzNrmSearchModel model = trained(letter(draw::letterR(), 13, 18, 26, 36));
+  EXPECT_TRUE(search(model, draw::paper(60, 70), 0.01).empty());  // flat
+  EXPECT_TRUE(search(model, noise(rzPelRect(0, 0, 60, 70), 5), 0.01).empty());
+  EXPECT_TRUE(search(model, letter(draw::letterR(), 12, 18, 25, 36), 0.0).empty());  // too narrow
+  EXPECT_TRUE(search(model, letter(draw::letterR(), 13, 17, 26, 35), 0.0).empty());  // too low
+  EXPECT_TRUE(search(rzNrmSearchModel(), draw::paper(60, 70), 0.0).empty());
+}
+
+TEST(NrmSearch, RefusesAFlatTemplateAndKeepsTheOneBefore) {
+  rzNrmSearchModel model = trained(letter(draw::letterR(), 13, 18, 26, 36));
+  EXPECT_THROW(model.train(draw::paper(20, 20), rzNrmSearchTrainParams(), nullptr, 0),
+               rzNrmSearchDefs::Errors);
+  EXPECT_EQ(search(model, letter(draw::letterR(), 13, 18, 26, 36)).size(), 1u);
+}
+
+TEST(NrmSearch, StopsWhenAskedTo) {
+  const rzNrmSearchModel model = trained(letter(draw::letterR(), 13, 18, 26, 36));
+  const rzTimeoutScope noTime(0.0);
+  EXPECT_THROW(search(model, draw::paper(60, 70)), rzTimeout::Expired);
+}
+
+}  // namespace
