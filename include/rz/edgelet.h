@@ -8,8 +8,8 @@
 // Edge Detection", IEEE Transactions on Pattern Analysis and Machine Intelligence 8 (1986)),
 // without its thinning: every pel whose gradient is strong enough is an edgelet. The standard
 // deviation in pels is grain * max(2, 0.08 * longer side of the window). Thinner edges, by
-// suppression of non-maxima or by less smoothing, would let the few long strokes of letters such
-// as E and H outweigh everything else.
+// suppression of non-maxima or by less smoothing, would let the few great strokes of letters
+// such as E and H outweigh everything else.
 //
 // The picture goes on beyond its window by repetition of the border pels, and pels of the outermost
 // ring are no edgelets. Pels outside the window are not seen, so ink that touches the window's
