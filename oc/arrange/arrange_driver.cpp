@@ -12,6 +12,7 @@
 #include "oc/arrange/search_characters.h"
 #include "oc/arrange/search_paths.h"
 #include "oc/oc_defs.h"
+#include "oc/refine_arrangement.h"
 #include "rz/diag.h"
 #include "rz/pel_functions.h"
 #include "rz/xform_base.h"
@@ -103,7 +104,8 @@ void rfOCArrange_(const Image& image, const Image& mask, const rzOCAlphabet& alp
   std::vector<rz_Pose> positionPoses;
   rf_AssignPositions(poses, scores, path, cost, charData, params, positionPoses, results.scores_,
                      results.statusFlags_);
-  // Inferred positions are taken as they are.
+  rf_RefineArrangement(image, ownAlphabet, targetKeys, positionPoses, results.statusFlags_,
+                       results.scores_, details, flags);
   rf_BuildArrangement(ownAlphabet, targetKeys, path, cost, positionPoses,
                       params.compPoseUncertainties(), results.arrangement_,
                       results.clientFromArrangementXform_);

@@ -12,6 +12,7 @@
 
 #include "oc/arrange_defs.h"
 #include "oc/extract_defs.h"
+#include "oc/pose.h"
 #include "rz/affine_rectangle.h"
 #include "rz/angle.h"
 #include "rz/ellipse_arc.h"
@@ -25,23 +26,6 @@ inline constexpr rzLong kUnmatched = -1;
 
 /// The place of an element in a vector.
 inline std::size_t rf_At(rzLong index) { return static_cast<std::size_t>(index); }
-
-/// The pose of a character in the client coordinates of the image.
-struct rz_Pose {
-  rz_Pose() = default;
-  rz_Pose(const rzVector<2>& place, const rzRadian& turn, double size);
-  /// Shear and anisotropy are dropped.
-  explicit rz_Pose(const rzXform<2>& xform);
-
-  explicit operator rzXform<2>() const;
-  /// Without the scale.
-  explicit operator rz2Rigid() const;
-
-  rzVector<2> translation;  ///< Where the character's origin lies.
-  rzRadian rotation{0.0};
-  double scale = 1.0;
-  double logScale = 0.0;  ///< Natural logarithm of `scale`.
-};
 
 using rz_PoseTable = std::vector<std::vector<rz_Pose>>;
 using rz_ScoreTable = std::vector<std::vector<double>>;
