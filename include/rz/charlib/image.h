@@ -28,7 +28,7 @@ struct rimg_block;
 
 typedef struct rimg_imageConst {
   struct rimg_block* block;
-  const uint8_t* pels;  // the window's first pel; null when unbound
+  const uint8_t* pels;  // the window's first pel; null when there is none
   int64_t rowStep;      // from a pel to the one below it, in bytes
   int32_t x;            // the window
   int32_t y;
