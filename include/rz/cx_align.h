@@ -80,7 +80,7 @@ class RZ_API rz_CXRunParams {
   rzLong numToFind() const { return numToFind_; }
   void numToFind(rzLong count) { numToFind_ = count; }
 
-  /// Whether light on dark also matches dark on light. False at first.
+  /// Whether the pattern is also found as its own negative. False at first.
   bool ignorePolarity() const { return ignorePolarity_; }
   void ignorePolarity(bool ignore) { ignorePolarity_ = ignore; }
 
@@ -105,7 +105,8 @@ class RZ_API rz_CXRunParams {
 ///
 /// One object serves all patterns that are searched in the same image: it keeps what the finder
 /// derives from the image alone, so that only the first of several runs has to compute it. It
-/// notices when the image has changed. Copies share it. Not to be used by two threads at once.
+/// notices when the image has changed. Copies start without it. One object is not to be used by
+/// two threads at once.
 class RZ_API rzCXAlignRunParams : public rz_CXRunParams {
  public:
   rzCXAlignRunParams();
@@ -119,7 +120,7 @@ class RZ_API rzCXAlignRunParams : public rz_CXRunParams {
   rz_CXDefs::Algorithm algorithm() const { return algorithm_; }
   void algorithm(rz_CXDefs::Algorithm algorithm) { algorithm_ = algorithm; }
 
-  /// Whether edges beside the pattern, inside its box, lower the score. False at first.
+  /// Carried: edges beside the pattern never lower a score. False at first.
   bool scoreUsingClutter() const { return scoreUsingClutter_; }
   void scoreUsingClutter(bool use) { scoreUsingClutter_ = use; }
 

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/vision/finder/edge_points.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "rz/attention.h"
+
+namespace finder {
+
+namespace {
+
+constexpr double kWeakest = 0.2;         // of the strong edges' gradient
+constexpr double kStrongShare = 0.1;     // the share of edge points that counts as strong
+constexpr double kWeakestStep = 5.0;     // grey levels of an ideal step
+constexpr double kShortestPiece = 4.0;   // times the smoothing: shorter ones are noise
+constexpr double kShortestShare = 0.02;  // of all edge points
+
+struct Field {
+  int width;
+  int height;
+  std::vector<Vec2> values;
+
+  Vec2 at(int x, int y) const {
+    x = std::clamp(x, 0, width - 1);
+    y = std::clamp(y, 0, height - 1);
+    return values[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                  static_cast<std::size_t>(x)];
+  }
+  // Between the samples; sample (0, 0) lies at (0, 0).
+  Vec2 between(double x, double y) const {
+    const double fx = std::floor(x);
+    const double fy = std::floor(y);
+    const int ix = static_cast<int>(fx);
+    const int iy = static_cast<int>(fy);
+    const Vec2 top = (1.0 - (x - fx)) * at(ix, iy) + (x - fx) * at(ix + 1, iy);
+    const Vec2 bottom = (1.0 - (x - fx)) * at(ix, iy + 1) + (x - fx) * at(ix + 1, iy + 1);
+    return (1.0 - (y - fy)) * top + (y - fy) * bottom;
+  }
+};
+
+struct Kernel {
+  int radius;
+  std::vector<double> smooth;
+  std::vector<double> slope;
+};
+
+Kernel kernelOf(double sigma) {
+  const int radius = static_cast<int>(std::ceil(3.0 * sigma));
+  Kernel kernel{radius, {}, {}};
+  double sum = 0.0;
+  double moment = 0.0;
+  for (int i = -radius; i <= radius; ++i) {
+    const double g = std::exp(-0.5 * i * i / (sigma * sigma));
+    kernel.smooth.push_back(g);
+    kernel.slope.push_back(i * g);
+    sum += g;
+    moment += i * i * g;
+  }
+  for (double& v : kernel.smooth) v /= sum;
+  for (double& v : kernel.slope) v /= moment;  // a ramp of 1 per pel gives 1
+  return kernel;
+}
+
+Field gradientField(const PelView& view, double sigma) {
+  const Kernel kernel = kernelOf(sigma);
+  const auto size = static_cast<std::size_t>(view.width) * static_cast<std::size_t>(view.height);
+  Field field{view.width, view.height, std::vector<Vec2>(size)};
+  std::vector<Vec2> rows(size);  // filtered along x: slope, smooth
+  for (int y = 0; y < view.height; ++y) {
+    rzAttention::check();
+    const std::uint8_t* pels = view.pels + y * view.stride;
+    for (int x = 0; x < view.width; ++x) {
+      Vec2 sum;
+      for (int k = -kernel.radius; k <= kernel.radius; ++k) {
+        const double v = pels[std::clamp(x + k, 0, view.width - 1)];
+        const auto i = static_cast<std::size_t>(k + kernel.radius);
+        sum = sum + Vec2{kernel.slope[i] * v, kernel.smooth[i] * v};
+      }
+      rows[static_cast<std::size_t>(y) * static_cast<std::size_t>(view.width) +
+           static_cast<std::size_t>(x)] = sum;
+    }
+  }
+  const Field along{view.width, view.height, std::move(rows)};
+  for (int y = 0; y < view.height; ++y) {
+    rzAttention::check();
+    for (int x = 0; x < view.width; ++x) {
+      Vec2 sum;
+      for (int k = -kernel.radius; k <= kernel.radius; ++k) {
+        const Vec2 v = along.at(x, y + k);
+        const auto i = static_cast<std::size_t>(k + kernel.radius);
+        sum = sum + Vec2{kernel.smooth[i] * v.x, kernel.slope[i] * v.y};
+      }
+      field.values[static_cast<std::size_t>(y) * static_cast<std::size_t>(view.width) +
+                   static_cast<std::size_t>(x)] = sum;
+    }
+  }
+  return field;
+}
+
+// The edge point in pel (x, y), if the gradient's magnitude has its ridge there.
+bool ridgeAt(const Field& field, int x, int y, double weakest, EdgePoint& point) {
+  const Vec2 g = field.at(x, y);
+  const double here = length(g);
+  if (here < weakest) return false;
+  const Vec2 n = (1.0 / here) * g;
+  const double before = length(field.between(x - n.x, y - n.y));
+  const double after = length(field.between(x + n.x, y + n.y));
+  if (here < before || here <= after) return false;
+  const double offset = 0.5 * (before - after) / (before - 2.0 * here + after);
+  const Vec2 place{x + offset * n.x, y + offset * n.y};
+  point.place = place + Vec2{0.5, 0.5};
+  point.gradient = field.between(place.x, place.y);
+  if (length(point.gradient) <= 0.0) return false;
+  // Ridge points of a straight edge stand in every row or every column that it crosses.
+  point.length = 1.0 / std::max(std::abs(n.x), std::abs(n.y));
+  return true;
+}
+
+// Drops pieces of the outline that are too short to be more than noise.
+void dropShortPieces(std::vector<EdgePoint>& points, double shortest) {
+  const std::size_t count = points.size();
+  std::vector<char> seen(count, 0);
+  std::vector<EdgePoint> kept;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (seen[i]) continue;
+    std::vector<std::size_t> piece{i};
+    seen[i] = 1;
+    for (std::size_t k = 0; k < piece.size(); ++k) {
+      for (std::size_t j = 0; j < count; ++j) {
+        if (seen[j]) continue;
+        const Vec2 d = points[j].place - points[piece[k]].place;
+        if (std::abs(d.x) > 1.8 || std::abs(d.y) > 1.8) continue;
+        if (dot(points[j].gradient, points[piece[k]].gradient) <= 0.0) continue;
+        seen[j] = 1;
+        piece.push_back(j);
+      }
+    }
+    if (static_cast<double>(piece.size()) < shortest) continue;
+    for (const std::size_t k : piece) kept.push_back(points[k]);
+  }
+  points = std::move(kept);
+}
+
+double strongGradient(const std::vector<EdgePoint>& points) {
+  std::vector<double> sizes;
+  sizes.reserve(points.size());
+  for (const EdgePoint& p : points) sizes.push_back(length(p.gradient));
+  const auto rank = static_cast<std::ptrdiff_t>(kStrongShare * static_cast<double>(sizes.size()));
+  std::nth_element(sizes.begin(), sizes.begin() + rank, sizes.end(), std::greater<>());
+  return sizes[static_cast<std::size_t>(rank)];
+}
+
+}  // namespace
+
+std::vector<EdgePoint> edgePointsOf(const PelView& view, double sigma) {
+  std::vector<EdgePoint> points;
+  if (view.width < 3 || view.height < 3) return points;
+  const Field field = gradientField(view, sigma);
+  const double weakest = kWeakestStep / (sigma * std::sqrt(2.0 * std::numbers::pi));
+  for (int y = 1; y < view.height - 1; ++y) {
+    for (int x = 1; x < view.width - 1; ++x) {
+      EdgePoint point;
+      if (ridgeAt(field, x, y, weakest, point)) points.push_back(point);
+    }
+  }
+  if (points.empty()) return points;
+  const double floor = kWeakest * strongGradient(points);
+  std::erase_if(points, [floor](const EdgePoint& p) { return length(p.gradient) < floor; });
+  dropShortPieces(points, std::max(kShortestPiece * sigma,
+                                   kShortestShare * static_cast<double>(points.size())));
+  return points;
+}
+
+}  // namespace finder

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Grey value gradients of a picture.
+//
+// The filters are the five-tap pair of smoothing and derivative by H. Farid and E. P. Simoncelli
+// ("Differentiation of discrete multidimensional signals", IEEE Transactions on Image Processing
+// 13, 2004), whose direction hardly depends on how an edge lies to the grid. Their width is that of
+// a Gaussian of some 0.9 pels.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/vision/finder/geometry.h"
+
+namespace finder {
+
+/// Pels with their own storage, rows without gaps.
+struct GreyImage {
+  int width = 0;
+  int height = 0;
+  std::vector<std::uint8_t> pels;
+};
+
+struct Gradient {
+  std::int16_t x = 0;
+  std::int16_t y = 0;
+};
+
+/// How many pels on each side of a pel its gradient looks at.
+inline constexpr int kGradientReach = 2;
+
+/// The largest gradient at an ideal step of one grey level.
+inline constexpr double kGradientOfStep = 24.9;
+
+/// Gradients in units of kGradientOfStep. They point to the bright side.
+struct GradientMap {
+  int width = 0;
+  int height = 0;
+  std::vector<Gradient> values;
+
+  const Gradient* row(int y) const {
+    return values.data() + static_cast<std::ptrdiff_t>(y) * width;
+  }
+};
+
+/// Gradients of all pels; beyond the border the border's pels go on. Where a pel that the gradient
+/// looks at, `reach` pels away at most, is masked out, the gradient is null.
+GradientMap gradientsOf(const PelView& picture, int reach);
+
+/// The picture at half its size: means of two by two pels.
+GreyImage halved(const PelView& picture);
+/// The mask at half its size; a pel is looked at only if all four are.
+GreyImage halvedMask(const PelView& picture);
+
+}  // namespace finder

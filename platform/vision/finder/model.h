@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// What the finder knows of a pattern: points of its outline, each with the direction of the
+// gradient there.
+//
+// Edge points are ridges of the gradient's magnitude (J. Canny, "A computational approach to edge
+// detection", 1986) at sub-pel places along the gradient (F. Devernay, "A non-maxima suppression
+// method for edge detection with sub-pixel accuracy", INRIA RR-2724, 1995).
+#pragma once
+
+#include <vector>
+
+#include "platform/vision/finder/geometry.h"
+
+namespace finder {
+
+struct ModelPoint {
+  Vec2 place;           // client units of the training image, against the pattern's centre
+  Vec2 normal;          // unit vector in client coordinates along the gradient, to the bright side
+  double weight = 1.0;  // share of the outline's length that the point stands for, 1 in the mean
+};
+
+/// The outline as it shows when the picture has a certain grain.
+struct Model {
+  double grain = 1.0;  // size of the picture's pels in pels of the training image
+  std::vector<ModelPoint> points;  // evenly spaced along the outline
+  double radius = 0.0;             // greatest distance of a point from the centre
+};
+
+/// The image that was trained.
+struct TrainingImage {
+  PelView view;
+  Mat2 clientFromPel;
+};
+
+/// The pattern's place in the training image.
+struct PatternFrame {
+  Vec2 centrePel;             // pels of the training image
+  Vec2 halfSize;              // of the tight box round the edge points, in those pels
+};
+
+/// Fewest edge points that make a model.
+inline constexpr int kFewestPoints = 12;
+
+/// The tight box round the edge points at `grain`. A box of no size when there are too few.
+PatternFrame measurePattern(const TrainingImage& image, double grain);
+
+/// The outline at `grain`, at most `mostPoints` points. No points when there are too few.
+Model makeModel(const TrainingImage& image, const PatternFrame& frame, double grain,
+                int mostPoints);
+
+/// An even choice of at most `count` of the points.
+std::vector<ModelPoint> thinned(const std::vector<ModelPoint>& points, int count);
+
+}  // namespace finder
