@@ -6,6 +6,7 @@
 #include <cmath>
 #include <vector>
 
+#include "failures.h"
 #include "oc/oc_defs.h"
 #include "rz/xform_radial.h"
 
@@ -13,13 +14,6 @@ namespace {
 
 using Metrics = rzOCCharMetrics;
 using testing::ElementsAre;
-using testing::Property;
-using testing::StrEq;
-
-template <class Failure>
-auto Throws(const char* message) {
-  return testing::Throws<Failure>(Property(&Failure::what, StrEq(message)));
-}
 
 constexpr Metrics::RectType kTypes[] = {
     Metrics::eCellRect,      Metrics::eCellRectImage,    Metrics::eMarkRect,
@@ -41,9 +35,9 @@ TEST(CharMetrics, FreshObjectHasNothingToGive) {
   const Metrics metrics;
   for (const Metrics::RectType type : kTypes) {
     EXPECT_FALSE(metrics.isRectSpecified(type));
-    EXPECT_THAT([&] { metrics.rect(type); }, Throws<rzOCDefs::RectNotSpecified>(""));
+    EXPECT_THAT([&] { metrics.rect(type); }, Fails<rzOCDefs::RectNotSpecified>(""));
   }
-  EXPECT_THAT([&] { metrics.advance(); }, Throws<rzOCDefs::MetricNotSpecified>(""));
+  EXPECT_THAT([&] { metrics.advance(); }, Fails<rzOCDefs::MetricNotSpecified>(""));
   EXPECT_FALSE(metrics.isBlank());
 }
 
@@ -69,7 +63,7 @@ TEST(CharMetrics, AnythingButOneOfTheSixTypesIsRefusedBeforeAllElse) {
   for (const rzLong number : {0, 3, 63, 64, -1}) {
     Metrics metrics;
     const auto type = static_cast<Metrics::RectType>(number);
-    const auto isRefused = Throws<rzOCDefs::BadParams>("Illegal metrics rect type");
+    const auto isRefused = Fails<rzOCDefs::BadParams>("Illegal metrics rect type");
     EXPECT_THAT([&] { metrics.rect(type); }, isRefused);
     EXPECT_THAT([&] { metrics.rect(type, rzRect()); }, isRefused);
     EXPECT_THAT([&] { metrics.isRectSpecified(type); }, isRefused);
@@ -98,7 +92,7 @@ TEST(CharMetrics, FixedPointOverflowKeepsTheOldRect) {
   const Metrics before = metrics;
   for (const double value : {32768.0, -32769.0, std::nan(""), HUGE_VAL}) {
     EXPECT_THAT([&] { metrics.rect(Metrics::eMarkRectImage, rzRect(0.0, 0.0, 1.0, value)); },
-                Throws<rzOCDefs::IntegerOverflow>("Value overflows fixed point value range"));
+                Fails<rzOCDefs::IntegerOverflow>("Value overflows fixed point value range"));
     EXPECT_TRUE(metrics == before);
   }
 }
@@ -110,7 +104,7 @@ TEST(CharMetrics, EnclosingPelsGrowOutwardAndMustFit32Bits) {
   for (const double x : {-2147483649.0, 2147483647.5, std::nan("")}) {
     specify(metrics, Metrics::eCellRect, rzRect(0.0, x, 0.0, 0.0));
     EXPECT_THAT([&] { metrics.encloseRect(Metrics::eCellRect); },
-                Throws<rzOCDefs::IntegerOverflow>("Value overflows integer value range"));
+                Fails<rzOCDefs::IntegerOverflow>("Value overflows integer value range"));
   }
   specify(metrics, Metrics::eCellRect, rzRect(2147483647.0, 0.0, 0.0, 1.0));
   EXPECT_EQ(metrics.encloseRect(Metrics::eCellRect).x(), 2147483647);
@@ -151,7 +145,7 @@ TEST(CharMetrics, BufferMustBeLinearWhateverTheType) {
   const rzPelBuffer<unsigned char> bent = bentImage();
   Metrics metrics = Metrics::blankMetrics();
   const auto isRefused =
-      Throws<rzOCDefs::BadParams>("image must have a linear imageFromClient transform");
+      Fails<rzOCDefs::BadParams>("image must have a linear imageFromClient transform");
   EXPECT_THAT([&] { metrics.encloseRectImage(Metrics::eMarkRectImage, bent); }, isRefused);
   EXPECT_THAT([&] { metrics.encloseRectImage(static_cast<Metrics::RectType>(3), bent); },
               isRefused);
@@ -176,7 +170,7 @@ TEST(CharMetrics, BlankMeansAnEmptyMarkInEachSpaceThatIsSpecified) {
     if (c.client) specify(metrics, Metrics::eMarkRect, *c.client);
     if (c.image) specify(metrics, Metrics::eMarkRectImage, *c.image);
     if (c.blank < 0) {
-      EXPECT_THAT([&] { metrics.isBlank(); }, Throws<rzOCDefs::MetricNotSpecified>(""));
+      EXPECT_THAT([&] { metrics.isBlank(); }, Fails<rzOCDefs::MetricNotSpecified>(""));
     } else {
       EXPECT_EQ(metrics.isBlank(), c.blank == 1);
     }
