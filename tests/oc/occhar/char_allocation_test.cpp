@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Whichever allocation fails in the exchange with C-level records, nothing stays behind and no
+// object claims what it does not have.
+#include <gmock/gmock.h>
+
+#include "char_kit.h"
+#include "support/failing_new.h"
+
+namespace {
+
+using failing_new::attemptsUntilItSucceeds;
+using failing_new::live;
+
+// Calls `action` until no allocation fails, `check` after each call that failed.
+template <class Action, class Check>
+int failEachAllocation(Action action, Check check) {
+  return attemptsUntilItSucceeds([&] {
+    try {
+      action();
+      return true;
+    } catch (const std::bad_alloc&) {
+    } catch (const rzFailureCode&) {
+    }
+    failing_new::allocationsLeft = -1;
+    check();
+    return false;
+  });
+}
+
+TEST(CharAllocation, FailedGetCharacterLeaksNothingAndClaimsNoCache) {
+  const rzOCChar c = kit::filledChar();
+  const std::int64_t before = live;
+  for (const bool copyImages : {false, true}) {
+    const int failed = failEachAllocation(
+        [&] {
+          roc_char record;
+          roc_char_construct(&record);
+          try {
+            c.getCharacter(record, copyImages);
+          } catch (...) {
+            EXPECT_EQ(record.binarizedCached, 0);
+            roc_char_destruct(&record);
+            throw;
+          }
+          roc_char_destruct(&record);
+        },
+        [&] { EXPECT_EQ(live, before); });
+    EXPECT_GE(failed, copyImages ? 16 : 8);
+    EXPECT_EQ(live, before);
+  }
+}
+
+TEST(CharAllocation, FailedSetCharacterClaimsNeitherCacheNorThreshold) {
+  const rzOCChar c = kit::filledChar();
+  roc_char record;
+  roc_char_construct(&record);
+  c.getCharacter(record, false);
+  const std::int64_t before = live;
+  {
+    rzOCChar target = kit::filledChar();
+    const int failed = failEachAllocation(
+        [&] {
+          target = rzOCChar();
+          target.setCharacter(record, true);
+        },
+        [&] { EXPECT_FALSE(target.hasThresholdAndInvert()); });
+    EXPECT_GE(failed, 4);
+    EXPECT_TRUE(target == c);
+  }
+  EXPECT_EQ(live, before);
+  roc_char_destruct(&record);
+}
+
+TEST(CharAllocation, FailedNormalizedImageLeaksNothing) {
+  const std::int64_t before = live;
+  {
+    const rzOCChar original = kit::filledChar();
+    const kit::Image source = kit::picture({"1999"}, 10, 20);
+    const std::int64_t during = live;
+    const int failed = failEachAllocation(
+        [&] {
+          rzOCChar c = original;
+          c.normalizedImage(source, true, 100, false, rzPelRect(10, 20, 3, 1));
+          c.binarizedImageMarkRect();
+        },
+        [&] { EXPECT_EQ(live, during); });
+    EXPECT_GE(failed, 20);
+    EXPECT_EQ(live, during);
+  }
+  EXPECT_EQ(live, before);
+}
+
+}  // namespace
