@@ -113,6 +113,7 @@ class RZ_API rzOCAlphabet : public rzPersistent, public rzRepBase {
   void serialize_(rzArchive& archive, unsigned char version);
   void checkLoaded_() const;
   void checkPair_(rzLong key1, rzLong key2) const;
+  void compileRow_(rzLong row);
 
   bool compiled_ = true;
   std::string name_;

@@ -1,14 +1,52 @@
 // SPDX-License-Identifier: Apache-2.0
-//
-// The place of the compilation: the confusion of every ordered pair of characters, measured by
-// searching the image of the first in the image of the second. It needs the search for a part of a
-// picture, which this build does not have. Until that is there the alphabet refuses, and so stays
-// not compiled; whatever replaces this function must fill confusionMatrix_ and characterOffsets_
-// before it sets compiled_. Alphabets that were stored compiled can be loaded and asked.
-#include "oc/alphabet.h"
-#include "oc/oc_defs.h"
+#include <algorithm>
+#include <memory>
+#include <vector>
 
-void rzOCAlphabet::compile(rzDiagObject* /*diagObject*/, rzULong /*diagFlags*/) {
-  if (compiled_) return;
-  throw rzOCDefs::NotImplemented("Alphabet compilation is not available in this build");
+#include "oc/alphabet.h"
+#include "oc/oc/compile_row.h"
+#include "rz/attention.h"
+#include "rz/diag.h"
+#include "rz/thread.h"
+
+rzLong rf_NumCompileThreads() { return 1; }
+
+void rf_CompileRows(const rz_CompileRowArgs& args, rzLong batchWidth) {
+  const rzLong numRows = rf_Count(args.characters->size());
+  for (rzLong start = 0; start < numRows; start += batchWidth) {
+    const auto width = static_cast<std::size_t>(std::min(numRows - start, batchWidth));
+    std::vector<rz_CompileRowArgs> rows(width, args);  // outlives the threads
+    std::vector<rzThreadID> threads(width);
+    rzLong row = start;
+    for (rz_CompileRowArgs& rowArgs : rows) rowArgs.row = row++;
+    for (std::size_t i = 0; i < width; ++i) {
+      threads[i] = rfCreateThreadKit(rf_CompileRow, &rows[i], -1, -1);
+    }
+    for (rzThreadID& thread : threads) rfWaitForThreadTermination(thread);
+    rzAttention::check();
+  }
+}
+
+void rzOCAlphabet::compile(rzDiagObject* diagObject, rzULong diagFlags) {
+  const auto records = [&](rzDiagDefs::What what) {
+    return diagObject != nullptr && rzDiagObject::shouldRecord(diagFlags, what);
+  };
+  if (!compiled_) {
+    mutating();
+    const rzLong side = std::max<rzLong>(1, numChars());
+    confusionMatrix_ = std::make_unique<rzNMMatrix>(side, side);
+    characterOffsets_.resize(characters_.size());
+    for (auto& row : characterOffsets_) row.resize(characters_.size());
+    rf_CompileRows({&characters_, -1, confusionMatrix_.get(), &characterOffsets_},
+                   rf_NumCompileThreads());
+    compiled_ = true;
+  }
+  if (records(rzDiagDefs::eDetails)) {
+    diagObject->newDiagRecord()->recordAnnotation("Alphabet Compilation Details");
+  }
+}
+
+void rzOCAlphabet::compileRow_(rzLong row) {
+  rz_CompileRowArgs args{&characters_, row, confusionMatrix_.get(), &characterOffsets_};
+  rf_CompileRow(&args);
 }
