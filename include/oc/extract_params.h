@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The settings of a character search. rz_OCExtractModelParams says which poses are looked for,
-// rz_OCExtractRunParams how hard and for how long. Both are plain records: change the fields that
+// rz_OCExtractRunParams with which effort and limits. Both are plain records: change the fields that
 // you care about and hand the records to rz_OCExtractModel::search, which keeps a copy of the one
 // and only reads the other. Nothing is checked here; the pattern finder refuses what it cannot use.
 //
@@ -28,7 +28,7 @@ struct RZ_API rz_OCExtractModelParams {
   std::pair<double, double> grainLimits{-1.0, -1.0};
 };
 
-/// How hard and for how long each character is searched.
+/// The limits within which each character is searched.
 struct RZ_API rz_OCExtractRunParams {
   /// Time limit in seconds, for each distinct character anew (default 10).
   double timeout = 10.0;
