@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The settings of a character search. rz_OCExtractModelParams says which poses are looked for,
-// rz_OCExtractRunParams with which effort and limits. Both are plain records: change the fields that
+// rz_OCExtractRunParams within which limits. Both are plain records: change the fields that
 // you care about and hand the records to rz_OCExtractModel::search, which keeps a copy of the one
 // and only reads the other. Nothing is checked here; the pattern finder refuses what it cannot use.
 //
