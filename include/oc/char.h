@@ -8,6 +8,7 @@
 //     a.key(rzOCCharKey('A'));
 //     a.image(picture, rzPelRect());
 //     a.imageArea(picture.window());
+//     a.metrics(rzOCCharMetrics());  // nothing is known yet; those of a fresh record say blank
 //
 // A record holds up to four images: the image as taken, its mask, a normalized form, and the
 // binarized image, a cache made of the normalized one by threshold and inversion when it is first
