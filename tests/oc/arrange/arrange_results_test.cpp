@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
+
 #include "oc/line.h"
 
 namespace {
@@ -41,7 +43,7 @@ rzPtrHandle_const<rzOCLineArrangement> arrangement(const std::string& name) {
 }
 
 TEST(ArrangeResults, BothVersionsAreRead) {
-  for (const signed char version : {0, 1}) {
+  for (const signed char version : {std::int8_t{0}, std::int8_t{1}}) {
     const rzOCArrangeResults results = loaded(resultBytes(version, arrangement("a")));
     EXPECT_TRUE(results.isFound());
     EXPECT_FALSE(results.isSearchTruncated());
