@@ -8,3 +8,9 @@ function(oc_test name)
   gtest_discover_tests(${name}_test DISCOVERY_MODE PRE_TEST
     PROPERTIES LABELS unit TIMEOUT 300)
 endfunction()
+
+# The same for the parts of the command.
+function(oc_tool_test name)
+  oc_test(${name})
+  target_link_libraries(${name}_test PRIVATE glyphline_parts)
+endfunction()

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// glyphline show and glyphline edit: look at an alphabet, change it.
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "alphabet_file.h"
+#include "char_list.h"
+#include "failure.h"
+#include "options.h"
+#include "oc/oc.h"
+#include "rz/text.h"
+
+namespace glyphline {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct ShowOptions {
+  std::string alphabet;
+  bool json = false;
+};
+
+struct EditOptions {
+  std::string alphabet;
+  std::string remove;
+  std::string name;
+  double threshold = -1.0;
+  std::string output;
+};
+
+std::string obstacleOf(const rzOCModel& model) {
+  const rz_OCExtractObstacle obstacle = rfOCExtractObstacle(model);
+  return obstacle == eNoObstacle ? "" : rfOCExtractObstacleText(obstacle);
+}
+
+Json jsonOf(const rzOCModel& model) {
+  Json json{{"char", model.name()},
+            {"key", model.key()},
+            {"type", model.charType() == rzOCModel::eBlank ? "blank" : "normal"},
+            {"width", model.imageArea().width()},
+            {"height", model.imageArea().height()},
+            {"source", model.description()}};
+  const std::string obstacle = obstacleOf(model);
+  if (!obstacle.empty()) json["reason"] = obstacle;
+  return json;
+}
+
+struct Pair {
+  std::string a;
+  std::string b;
+  double confusion;
+};
+
+// Ordered pairs of different characters that count as confusable, the worst first.
+std::vector<Pair> confusingPairs(const rzOCAlphabet& alphabet) {
+  std::vector<Pair> pairs;
+  if (!alphabet.isCompiled()) return pairs;
+  for (const auto& a : alphabet.characters()) {
+    for (const auto& b : alphabet.characters()) {
+      if (a->key() == b->key() || !alphabet.areConfusable(a->key(), b->key())) continue;
+      pairs.push_back({a->name(), b->name(), alphabet.confusion(a->key(), b->key())});
+    }
+  }
+  std::stable_sort(pairs.begin(), pairs.end(),
+                   [](const Pair& p, const Pair& q) { return p.confusion > q.confusion; });
+  return pairs;
+}
+
+void showAsJson(const rzOCAlphabet& alphabet) {
+  Json json{{"name", alphabet.name()},
+            {"compiled", alphabet.isCompiled()},
+            {"threshold", alphabet.confusionThreshold()}};
+  json["characters"] = Json::array();
+  for (const auto& model : alphabet.characters()) json["characters"].push_back(jsonOf(*model));
+  json["confusing"] = Json::array();
+  for (const Pair& pair : confusingPairs(alphabet)) {
+    json["confusing"].push_back({{"char", pair.a}, {"with", pair.b}, {"confusion", pair.confusion}});
+  }
+  std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+void showAsText(const rzOCAlphabet& alphabet) {
+  std::cout << "name: " << alphabet.name() << "\ncharacters: " << alphabet.numChars()
+            << "\ncompiled: " << (alphabet.isCompiled() ? "yes" : "no")
+            << "\nconfusion threshold: " << rfStr(alphabet.confusionThreshold()) << '\n';
+  for (const auto& model : alphabet.characters()) {
+    const std::string obstacle = obstacleOf(*model);
+    std::cout << "  " << (model->name() == " " ? "␣" : model->name()) << "  key " << model->key()
+              << "  " << model->imageArea().width() << "x" << model->imageArea().height() << " pels"
+              << (obstacle.empty() ? "" : "  not searched: " + obstacle) << '\n';
+  }
+  for (const Pair& pair : confusingPairs(alphabet)) {
+    std::cout << "  " << pair.a << " can pass for " << pair.b << ": "
+              << rfDbl(pair.confusion, 2, false) << '\n';
+  }
+}
+
+int show(const ShowOptions& options) {
+  const rzOCAlphabet alphabet = readAlphabet(options.alphabet);
+  if (options.json) {
+    showAsJson(alphabet);
+  } else {
+    showAsText(alphabet);
+  }
+  return kAllMatched;
+}
+
+int edit(const EditOptions& options) {
+  rzOCAlphabet alphabet = readAlphabet(options.alphabet);
+  if (!options.remove.empty()) {
+    alphabet.remove(keysOf(expandedChars(options.remove, "--remove"), alphabet, options.alphabet,
+                           "--remove"));
+  }
+  if (options.threshold >= 0.0) {
+    setting("--threshold", [&] { alphabet.confusionThreshold(options.threshold); });
+  }
+  if (!options.name.empty()) alphabet.name(options.name);
+  writeAlphabet(options.output, alphabet);
+  return kAllMatched;
+}
+
+}  // namespace
+
+void addShow(CLI::App& app, Action& action) {
+  auto options = std::make_shared<ShowOptions>();
+  CLI::App& command = *app.add_subcommand("show", "Print what an alphabet holds");
+  command.add_option("ALPHABET", options->alphabet, "Alphabet file")->required();
+  command.add_flag("--json", options->json, "One JSON object");
+  command.footer("Example:\n  glyphline show label.oca");
+  command.callback([options, &action] { action = [options] { return show(*options); }; });
+}
+
+void addEdit(CLI::App& app, Action& action) {
+  auto options = std::make_shared<EditOptions>();
+  CLI::App& command = *app.add_subcommand("edit", "Change an alphabet");
+  command.add_option("ALPHABET", options->alphabet, "Alphabet file")->required();
+  command.add_option("--remove", options->remove, "Characters to take out, with ranges");
+  command.add_option("--threshold", options->threshold, "Confusion threshold, 0 to 1")
+      ->check(CLI::Range(0.0, 1.0));
+  command.add_option("--name", options->name, "The alphabet's name");
+  command.add_option("-o,--output", options->output, "Alphabet file to write")->required();
+  command.footer("Example:\n  glyphline edit label.oca --remove 'Q' -o smaller.oca");
+  command.callback([options, &action] { action = [options] { return edit(*options); }; });
+}
+
+}  // namespace glyphline

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "alphabet_file.h"
+
+#include "oc/alphabet_file.h"
+
+#include "char_list.h"
+#include "failure.h"
+#include "rz/archive.h"
+#include "rz/archive_file.h"
+
+namespace glyphline {
+
+rzOCAlphabet readAlphabet(const std::string& path) {
+  try {
+    return rfOCReadAlphabet(path);
+  } catch (const rzFileError& error) {
+    throw Failure(error.what());
+  } catch (const rzException& error) {
+    throw Failure(path + ": not an alphabet, or damaged: " + error.what());
+  }
+}
+
+void writeAlphabet(const std::string& path, const rzOCAlphabet& alphabet) {
+  try {
+    rfOCWriteAlphabet(path, alphabet);
+  } catch (const rzException& error) {
+    throw Failure(error.what());
+  }
+}
+
+std::vector<rzLong> keysOf(const std::u32string& text, const rzOCAlphabet& alphabet,
+                           const std::string& path, const std::string& option) {
+  std::vector<rzLong> keys;
+  for (const char32_t character : text) {
+    const auto key = static_cast<rzLong>(character);
+    if (!alphabet.hasCharacter(key)) {
+      throw Failure(path + ": " + option + ": the alphabet has no character \"" +
+                    utf8Of(character) + "\"");
+    }
+    keys.push_back(key);
+  }
+  return keys;
+}
+
+}  // namespace glyphline

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Characters from a picture with boxes round them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "box_file.h"
+#include "font_train.h"
+#include "trained_char.h"
+
+namespace glyphline {
+
+/// A picture and the boxes of its characters.
+struct BoxedPicture {
+  rzPelBuffer<unsigned char> picture;
+  std::vector<Box> boxes;
+  std::string name;
+};
+
+struct BoxTraining {
+  std::vector<BoxedPicture> pictures;
+  rzLong margin = 3;
+  Polarity polarity = Polarity::kAuto;
+};
+
+/// One character for each distinct box character, in order of first appearance; of several boxes
+/// the most typical one. Each is cut out with the margin, in which ink of neighbours is painted
+/// over with background.
+std::vector<TrainedChar> trainFromBoxes(const BoxTraining& training);
+
+/// Half of the boxes are at most this high: what a blank's height is taken from.
+rzLong medianHeight(const BoxTraining& training);
+
+}  // namespace glyphline

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "options.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <filesystem>
+#include <future>
+#include <locale>
+#include <sstream>
+#include <thread>
+
+#include "failure.h"
+#include "rz/exception.h"
+
+namespace glyphline {
+namespace {
+
+constexpr int kBarWidth = 30;
+
+void showProgress(std::size_t done, std::size_t count) {
+  const auto filled = static_cast<int>(done * kBarWidth / count);
+  std::fprintf(stderr, "\r[%-*.*s] %zu of %zu%s", kBarWidth, filled,
+               "##############################", done, count, done == count ? "\n" : "");
+}
+
+}  // namespace
+
+void addVoice(CLI::App& command, Voice& voice) {
+  command.add_flag("--quiet", voice.quiet, "Say nothing but errors");
+  command.add_flag("--verbose", voice.verbose, "Say on standard error what is done");
+}
+
+double numberOf(const std::string& text, const std::string& option) {
+  std::istringstream in(text);
+  in.imbue(std::locale::classic());
+  double value = 0.0;
+  std::string rest;
+  if (!(in >> value) || in >> rest) throw Failure(option + ": \"" + text + "\" is not a number");
+  return value;
+}
+
+rzRange rangeOf(const std::string& text, const std::string& option) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string::npos) {
+    throw Failure(option + ": \"" + text + "\" is not a range LO:HI");
+  }
+  const rzRange range(numberOf(text.substr(0, colon), option),
+                      numberOf(text.substr(colon + 1), option));
+  if (range.isEmpty()) throw Failure(option + ": the range " + text + " runs backwards");
+  return range;
+}
+
+void setting(const std::string& option, const std::function<void()>& set) {
+  try {
+    set();
+  } catch (const rzException& refusal) {
+    throw Failure(option + ": " + refusal.what());
+  }
+}
+
+std::string overlayPath(const std::string& pattern, const std::string& picture,
+                        std::size_t numPictures) {
+  const std::size_t at = pattern.find('%');
+  if (at == std::string::npos) {
+    if (numPictures > 1) {
+      throw Failure(pattern + ": --overlay: several pictures need a % in the name, which stands " +
+                    "for the picture's name");
+    }
+    return pattern;
+  }
+  std::string path = pattern;
+  return path.replace(at, 1, std::filesystem::path(picture).stem().string());
+}
+
+void forEachPicture(std::size_t count, int jobs, const Voice& voice,
+                    const std::function<void(std::size_t)>& work,
+                    const std::function<void(std::size_t)>& deliver) {
+  const bool showsBar = count > 1 && !voice.quiet && isatty(STDERR_FILENO) == 1;
+  std::vector<std::promise<void>> finished(count);
+  std::atomic<std::size_t> next{0};
+  const auto loop = [&] {
+    for (std::size_t i = next++; i < count; i = next++) {
+      try {
+        work(i);
+        finished[i].set_value();
+      } catch (...) {
+        finished[i].set_exception(std::current_exception());
+      }
+    }
+  };
+  std::vector<std::jthread> workers;
+  const auto wanted = std::min(count, static_cast<std::size_t>(std::max(jobs, 1)));
+  for (std::size_t k = 0; k < wanted; ++k) workers.emplace_back(loop);
+  for (std::size_t i = 0; i < count; ++i) {
+    finished[i].get_future().get();
+    deliver(i);
+    if (showsBar) showProgress(i + 1, count);
+  }
+}
+
+}  // namespace glyphline

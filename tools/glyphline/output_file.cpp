@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "output_file.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+
+#include "failure.h"
+
+namespace glyphline {
+
+void writeWhole(const std::string& path, const std::string& content) {
+  const std::string scratch = path + ".part" + std::to_string(getpid());
+  errno = 0;
+  std::ofstream file(scratch, std::ios::binary);
+  file.write(content.data(), static_cast<std::streamsize>(content.size()));
+  file.close();
+  if (!file || std::rename(scratch.c_str(), path.c_str()) != 0) {
+    const std::string reason = errno != 0 ? std::strerror(errno) : "not written";
+    std::remove(scratch.c_str());
+    throw Failure(path + ": " + reason);
+  }
+}
+
+}  // namespace glyphline

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "trained_char.h"
+
+#include "char_list.h"
+
+namespace glyphline {
+
+rzPtrHandle_const<rzOCModel> modelOf(const TrainedChar& trained) {
+  const auto key = static_cast<rzLong>(trained.character);
+  const std::string name = utf8Of(trained.character);
+  if (!trained.image.isBound()) {
+    return new rzOCModel(key, {}, trained.area, rzOCModel::eBlank, name, trained.source);
+  }
+  rzPelBuffer_const<unsigned char> image = trained.image;
+  image.clientFromImageXform(rzXform<2>(rzMatrix<2>(), -trained.origin));
+  return new rzOCModel(key, image, trained.area, rzOCModel::eNormal, name, trained.source);
+}
+
+TrainedChar blankOf(char32_t character, rzLong width, rzLong height, const std::string& source) {
+  TrainedChar blank;
+  blank.character = character;
+  blank.area = rzPelRect(-width / 2, -height, width, height);
+  blank.source = source;
+  return blank;
+}
+
+std::vector<rzPtrHandle_const<rzOCModel>> modelsOf(const std::vector<TrainedChar>& trained) {
+  std::vector<rzPtrHandle_const<rzOCModel>> models;
+  for (const TrainedChar& one : trained) models.push_back(modelOf(one));
+  return models;
+}
+
+}  // namespace glyphline
