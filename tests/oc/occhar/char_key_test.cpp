@@ -72,8 +72,10 @@ TEST(CharKey, CharacterFormsAreThoseOfTheCode) {
   EXPECT_EQ(static_cast<wchar_t>(rzOCCharKey(0x1F600)), static_cast<wchar_t>(0x1F600));
   EXPECT_TRUE(rzOCCharKey(0xA0).isSpace());
   EXPECT_FALSE(rzOCCharKey(0x394).isRepresentableAsTChar());
-  EXPECT_THROW(static_cast<char>(rzOCCharKey(0x394)), rzCharCodeDefs::NotRepresentable);
-  EXPECT_THROW(static_cast<wchar_t>(rzOCCharKey()), rzCharCodeDefs::NotRepresentable);
+  EXPECT_THROW(static_cast<void>(static_cast<char>(rzOCCharKey(0x394))),
+               rzCharCodeDefs::NotRepresentable);
+  EXPECT_THROW(static_cast<void>(static_cast<wchar_t>(rzOCCharKey())),
+               rzCharCodeDefs::NotRepresentable);
 }
 
 TEST(CharKey, TextPrintsUnsetFieldsAsNumbers) {
