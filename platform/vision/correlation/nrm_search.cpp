@@ -2,6 +2,7 @@
 #include "platform/vision/correlation/nrm_search.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -15,8 +16,17 @@ namespace {
 
 constexpr double kLikenessRange = 0.2;  // a correlation so far below 1 scores 0
 
+constexpr rzLong kNumStrips = 4;    // of a template, from top to bottom
+constexpr double kTooLow = -2.0;    // stands for a correlation that cannot be accepted
+constexpr double kRounding = 1e-6;  // of a correlation in doubles, by far
+
 double scoreOf(double correlation) {
   return std::max(0.0, 1.0 - (1.0 - correlation) / kLikenessRange);
+}
+
+// The correlation that a result needs; none when everything is accepted.
+double correlationFor(double accept) {
+  return accept > 0.0 ? 1.0 - (1.0 - accept) * kLikenessRange : kTooLow;
 }
 
 // Correlation at each place of the template that is looked at, in pel coordinates of the picture.
@@ -52,19 +62,6 @@ bool isPeak(const Surface& surface, rzLong x, rzLong y) {
 double parabolaVertex(double before, double middle, double after) {
   const double bend = before - 2.0 * middle + after;
   return bend < 0.0 ? std::clamp(0.5 * (before - after) / bend, -0.5, 0.5) : 0.0;
-}
-
-rzVector<2> subPelPeak(const Surface& surface, rzLong x, rzLong y) {
-  double dx = 0.0;
-  double dy = 0.0;
-  const double value = surface.at(x, y);
-  if (x > surface.places.x() && x < surface.right()) {
-    dx = parabolaVertex(surface.at(x - 1, y), value, surface.at(x + 1, y));
-  }
-  if (y > surface.places.y() && y < surface.bottom()) {
-    dy = parabolaVertex(surface.at(x, y - 1), value, surface.at(x, y + 1));
-  }
-  return {x + dx, y + dy};
 }
 
 struct Peak {
@@ -120,45 +117,115 @@ rzPelRect placesOf(rzPair<rzLong> size, const rzPelRect& window, const rzPelRect
 
 }  // namespace
 
+// Correlates a template with the windows of one picture; places are pel coordinates of the picture.
+class rz_NrmMatcher {
+ public:
+  rz_NrmMatcher(const rzNrmSearchModel& model, const rzPelBuffer_const<unsigned char>& image)
+      : model_(model),
+        corner_(image.window().ul()),
+        width_(static_cast<std::size_t>(model.size_.x())),
+        height_(static_cast<std::size_t>(model.size_.y())),
+        picture_(image),
+        windows_(picture_) {}
+
+  /// The correlation there, or kTooLow when it is found out early to be less than `required`.
+  double correlation(rzLong column, rzLong row, double required = kTooLow) const {
+    const auto x = static_cast<std::size_t>(column - corner_.x());
+    const auto y = static_cast<std::size_t>(row - corner_.y());
+    rz_PairSums sums = model_.own_;
+    sums.b = windows_.sum(x, y, width_, height_);
+    sums.bb = windows_.squares(x, y, width_, height_);
+    sums.ab = 0;
+    for (const rzNrmSearchModel::Strip& strip : model_.strips_) {
+      const std::size_t top = y + static_cast<std::size_t>(strip.y);
+      sums.ab += rf_CrossSum(strip.pels, picture_, static_cast<std::ptrdiff_t>(x),
+                             static_cast<std::ptrdiff_t>(top));
+      const std::size_t height = top - y + strip.pels.height();
+      if (height < height_ && isTooLow_(sums, strip, x, y, height, required)) return kTooLow;
+    }
+    return rf_Correlation(sums);
+  }
+
+  /// The vertex of the parabolas through the peak and its neighbours in `places`.
+  rzVector<2> subPelPeak(rzLong x, rzLong y, const rzPelRect& places) const {
+    double dx = 0.0;
+    double dy = 0.0;
+    const double value = correlation(x, y);
+    if (x > places.x() && x + 1 < places.lr().x()) {
+      dx = parabolaVertex(correlation(x - 1, y), value, correlation(x + 1, y));
+    }
+    if (y > places.y() && y + 1 < places.lr().y()) {
+      dy = parabolaVertex(correlation(x, y - 1), value, correlation(x, y + 1));
+    }
+    return {x + dx, y + dy};
+  }
+
+ private:
+  // The covariance of the rows so far is known; by the inequality of Cauchy and Schwarz the rows
+  // below add no more than the root of the product of their energies.
+  bool isTooLow_(const rz_PairSums& sums, const rzNrmSearchModel::Strip& strip, std::size_t x,
+                 std::size_t y, std::size_t height, double required) const {
+    const auto n = static_cast<double>(sums.n);
+    const double meanA = static_cast<double>(sums.a) / n;
+    const double meanB = static_cast<double>(sums.b) / n;
+    const double energyA = static_cast<double>(sums.aa) - meanA * static_cast<double>(sums.a);
+    const double energyB = static_cast<double>(sums.bb) - meanB * static_cast<double>(sums.b);
+    const auto nAbove = static_cast<double>(strip.upToHere.n);
+    const auto aAbove = static_cast<double>(strip.upToHere.a);
+    const auto bAbove = static_cast<double>(windows_.sum(x, y, width_, height));
+    const auto bbAbove = static_cast<double>(windows_.squares(x, y, width_, height));
+    const double covariance =
+        static_cast<double>(sums.ab) - meanA * bAbove - meanB * aAbove + nAbove * meanA * meanB;
+    const double energyAbove = bbAbove - 2.0 * meanB * bAbove + nAbove * meanB * meanB;
+    const double energyBelow = std::max(0.0, energyB - energyAbove);
+    return covariance + std::sqrt(strip.energyBelow * energyBelow) <
+           (required - kRounding) * std::sqrt(energyA * energyB);
+  }
+
+  const rzNrmSearchModel& model_;
+  rzPair<rzLong> corner_;
+  std::size_t width_;
+  std::size_t height_;
+  rz_WidePels picture_;
+  rz_WindowSums windows_;
+};
+
 void rzNrmSearchModel::train(const rzPelBuffer_const<unsigned char>& image,
                              const rzNrmSearchTrainParams&, rzDiagObject*, rzULong) {
-  rz_WidePels pattern(image);
+  const rzPelRect window = image.window();
+  const rz_WidePels pattern(image);
   const rz_WindowSums sums(pattern);
+  const std::size_t width = pattern.width();
+  const auto rows = [](rzLong count) { return static_cast<std::size_t>(count); };
   rz_PairSums own;
-  own.n = image.window().area();
-  own.a = sums.sum(0, 0, pattern.width(), pattern.height());
-  own.aa = sums.squares(0, 0, pattern.width(), pattern.height());
+  own.n = window.area();
+  own.a = sums.sum(0, 0, width, pattern.height());
+  own.aa = sums.squares(0, 0, width, pattern.height());
   if (rf_ScaledVariance(own.n, own.a, own.aa) == 0) {
     throw rzNrmSearchDefs::Errors("The template is flat.");
   }
-  const rzVector<2> origin = image.imageFromClientXformBase()->mapPoint(rzVector<2>());
-  pattern_ = std::move(pattern);
-  size_ = image.window().size();
-  origin_ = origin - rzVector<2>(image.window().ul());
-  own_ = own;
-}
-
-// The correlation of the template with each window of the picture whose corner is one of `places`.
-std::vector<double> rzNrmSearchModel::correlations_(const rzPelBuffer_const<unsigned char>& image,
-                                                    const rzPelRect& places) const {
-  const rz_WidePels picture(image);
-  const rz_WindowSums windows(picture);
-  std::vector<double> values;
-  values.reserve(static_cast<std::size_t>(places.area()));
-  rz_PairSums sums = own_;
-  for (rzLong row = places.y(); row < places.lr().y(); ++row) {
-    rzAttention::check();
-    for (rzLong column = places.x(); column < places.lr().x(); ++column) {
-      const auto x = static_cast<std::size_t>(column - image.window().x());
-      const auto y = static_cast<std::size_t>(row - image.window().y());
-      sums.b = windows.sum(x, y, pattern_.width(), pattern_.height());
-      sums.bb = windows.squares(x, y, pattern_.width(), pattern_.height());
-      sums.ab = rf_CrossSum(pattern_, picture, static_cast<std::ptrdiff_t>(x),
-                            static_cast<std::ptrdiff_t>(y));
-      values.push_back(rf_Correlation(sums));
-    }
+  std::vector<Strip> strips;
+  for (rzLong k = 0; k < kNumStrips; ++k) {
+    const rzLong top = window.height() * k / kNumStrips;
+    const rzLong bottom = window.height() * (k + 1) / kNumStrips;
+    if (top == bottom) continue;
+    rzPelBuffer_const<unsigned char> part = image;
+    part.window(rzPelRect(window.x(), window.y() + top, window.width(), bottom - top), false);
+    rz_PairSums above;
+    above.n = std::int64_t{window.width()} * bottom;
+    above.a = sums.sum(0, 0, width, rows(bottom));
+    above.aa = sums.squares(0, 0, width, rows(bottom));
+    const double mean = static_cast<double>(own.a) / static_cast<double>(own.n);
+    const double energyBelow = static_cast<double>(own.aa - above.aa) -
+                               2.0 * mean * static_cast<double>(own.a - above.a) +
+                               mean * mean * static_cast<double>(own.n - above.n);
+    strips.push_back({rz_WidePels(part), top, above, std::max(0.0, energyBelow)});
   }
-  return values;
+  const rzVector<2> origin = image.imageFromClientXformBase()->mapPoint(rzVector<2>());
+  strips_ = std::move(strips);
+  size_ = window.size();
+  origin_ = origin - rzVector<2>(window.ul());
+  own_ = own;
 }
 
 void rzNrmSearchModel::run(const rzPelBuffer_const<unsigned char>& image,
@@ -169,10 +236,19 @@ void rzNrmSearchModel::run(const rzPelBuffer_const<unsigned char>& image,
   const rzPelRect places = placesOf(size_, image.window(), searchRect);
   if (own_.n == 0 || places.isNull()) return;
 
-  const Surface surface{places, correlations_(image, places)};
+  const rz_NrmMatcher matcher(*this, image);
+  const double required = correlationFor(params.accept());
+  Surface surface{places, {}};
+  surface.values.reserve(static_cast<std::size_t>(places.area()));
+  for (rzLong y = places.y(); y < places.lr().y(); ++y) {
+    rzAttention::check();
+    for (rzLong x = places.x(); x < places.lr().x(); ++x) {
+      surface.values.push_back(matcher.correlation(x, y, required));
+    }
+  }
   const auto clientFromImage = image.clientFromImageXformBase();
   for (const Peak& peak : separatePeaks(peaksOf(surface, params.accept()), size_, params)) {
-    const rzVector<2> corner = subPelPeak(surface, peak.x, peak.y);
+    const rzVector<2> corner = matcher.subPelPeak(peak.x, peak.y, places);
     set.results_.emplace_back(peak.score, true, clientFromImage->mapPoint(corner + origin_));
   }
 }

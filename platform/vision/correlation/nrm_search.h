@@ -115,11 +115,18 @@ class rzNrmSearchModel {
            rzULong flags) const;
 
  private:
-  std::vector<double> correlations_(const rzPelBuffer_const<unsigned char>& image,
-                                    const rzPelRect& places) const;
+  friend class rz_NrmMatcher;
 
-  rz_WidePels pattern_;
+  // Some rows of the template. What is left under them bounds what they can still bring.
+  struct Strip {
+    rz_WidePels pels;
+    rzLong y;
+    rz_PairSums upToHere;  // n and a, this strip included
+    double energyBelow;    // sum of squared differences from the mean
+  };
+
+  std::vector<Strip> strips_;
   rzPair<rzLong> size_;
   rzVector<2> origin_;  // pel place of the client origin, from the window's corner
-  rz_PairSums own_;     // of the template with itself; n is 0 before training
+  rz_PairSums own_;     // n, a and aa of the template; n is 0 before training
 };

@@ -156,6 +156,30 @@ TEST(NrmSearch, GivesTheBestOfEachPlaceFirstAndNoMoreThanAskedFor) {
   EXPECT_EQ(search(model, picture, 0.3, kAnywhere, 0).size(), 0u);
 }
 
+TEST(NrmSearch, WhatIsAcceptedIsFoundThereAndScoredAsIfEverythingWere) {
+  const draw::Shape letters[] = {draw::letterF(), draw::letterR(), draw::letterK(),
+                                 draw::letterA(), draw::letterZ(), draw::letterO()};
+  rzPelBuffer<unsigned char> picture = noise(rzPelRect(0, 0, 190, 60), 3, 170, 220);
+  double x = 20.0;
+  for (const draw::Shape& shape : letters) {
+    draw::fill(picture, shape, rzXform<2>(rzMatrix<2>(), rzVector<2>(x, 30.0)));
+    x += 29.6;
+  }
+  for (const draw::Shape& shape : letters) {
+    const rzNrmSearchModel model = trained(letter(shape, 13, 18, 26, 36));
+    const auto all = search(model, picture, 0.0);
+    for (const double accept : {0.01, 0.2, 0.5, 0.9}) {
+      const auto some = search(model, picture, accept);
+      for (std::size_t k = 0; k < some.size(); ++k) {
+        EXPECT_EQ(some[k].score(), all[k].score());
+        EXPECT_EQ(some[k].location(), all[k].location());
+      }
+      EXPECT_GE(some.size(), accept < 0.5 ? 1u : 0u);
+      EXPECT_LT(all[some.size()].score(), accept);
+    }
+  }
+}
+
 TEST(NrmSearch, RectangleRestrictsTheTemplatesCorner) {
   rzPelBuffer<unsigned char> picture = draw::paper(120, 60);
   for (const double x : {20.0, 60.0}) {
