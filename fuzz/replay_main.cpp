@@ -36,7 +36,7 @@ int replay(const Bytes& input) {
   }
   const std::size_t bendStep = input.size() / kMostBends + 1;
   for (std::size_t at = 0; at < input.size(); at += bendStep) {
-    for (const std::uint8_t flip : {0x01, 0x80, 0xFF}) {
+    for (const unsigned flip : {0x01U, 0x80U, 0xFFU}) {
       Bytes bent = input;
       bent[at] = static_cast<std::uint8_t>(bent[at] ^ flip);
       run(bent);

@@ -10,6 +10,8 @@
 namespace glyphline {
 namespace {
 
+constexpr double kWidestSpacing = 0.6;  // of the print's height
+
 /// All prints of one character.
 struct Prints {
   char32_t character = 0;
@@ -28,6 +30,12 @@ std::vector<double> baseLines(const std::vector<rzPelRect>& boxes) {
     }
   }
   return heights;
+}
+
+double medianOf(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
 }
 
 Prints& printsOf(std::vector<Prints>& all, char32_t character) {
@@ -75,14 +83,26 @@ std::vector<TrainedChar> trainFromBoxes(const BoxTraining& training) {
   return trained;
 }
 
-rzLong medianHeight(const BoxTraining& training) {
-  std::vector<rzLong> heights;
+BlankFrame blankFrameOf(const BoxTraining& training) {
+  std::vector<double> heights;
+  std::vector<double> gaps;
   for (const BoxedPicture& boxed : training.pictures) {
-    for (const Box& box : boxed.boxes) heights.push_back(box.rect.height());
+    std::vector<rzPelRect> rects;
+    for (const Box& box : boxed.boxes) rects.push_back(box.rect);
+    for (const rzPelRect& rect : rects) heights.push_back(rect.height());
+    for (const std::vector<std::size_t>& line : printedLines(rects)) {
+      for (std::size_t k = 1; k < line.size(); ++k) {
+        gaps.push_back(rects[line[k]].x() - rects[line[k - 1]].ur().x());
+      }
+    }
   }
-  const auto middle = heights.begin() + static_cast<std::ptrdiff_t>(heights.size() / 2);
-  std::nth_element(heights.begin(), middle, heights.end());
-  return *middle;
+  BlankFrame frame;
+  frame.margin = training.margin;
+  frame.height = static_cast<rzLong>(medianOf(heights));
+  // A wide gap is a blank or a picture of single characters, not the spacing of print.
+  std::erase_if(gaps, [&](double gap) { return gap > kWidestSpacing * frame.height; });
+  frame.spacing = gaps.empty() ? 0.0 : std::max(0.0, medianOf(gaps));
+  return frame;
 }
 
 }  // namespace glyphline

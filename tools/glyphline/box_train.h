@@ -30,7 +30,7 @@ struct BoxTraining {
 /// over with background.
 std::vector<TrainedChar> trainFromBoxes(const BoxTraining& training);
 
-/// Half of the boxes are at most this high: what a blank's height is taken from.
-rzLong medianHeight(const BoxTraining& training);
+/// The usual height of the boxes and the usual room between neighbours, for blanks.
+BlankFrame blankFrameOf(const BoxTraining& training);
 
 }  // namespace glyphline

@@ -66,13 +66,33 @@ double capHeight(FT_Face face, double size) {
   return static_cast<double>(face->glyph->metrics.height) / kFixed;
 }
 
+// The room that the glyphs' side bearings leave between neighbours, in the mean.
+double usualSpacing(FT_Face face, const std::u32string& chars) {
+  double sum = 0.0;
+  int count = 0;
+  for (const char32_t character : chars) {
+    const FT_UInt index = FT_Get_Char_Index(face, character);
+    if (index == 0 || FT_Load_Glyph(face, index, FT_LOAD_NO_HINTING) != 0) continue;
+    const FT_Glyph_Metrics& metrics = face->glyph->metrics;
+    if (metrics.width == 0) continue;
+    sum += static_cast<double>(metrics.horiAdvance - metrics.width) / kFixed;
+    ++count;
+  }
+  return count > 0 ? sum / count : 0.0;
+}
+
+BlankFrame blankFrameOf(FT_Face face, const FontTraining& training) {
+  BlankFrame frame;
+  frame.margin = training.margin;
+  frame.spacing = usualSpacing(face, training.chars);
+  frame.height = static_cast<rzLong>(std::max(1.0, std::round(capHeight(face, training.size))));
+  return frame;
+}
+
 TrainedChar blankFrom(FT_Face face, char32_t character, const FontTraining& training) {
   loadGlyph(face, character, FT_LOAD_DEFAULT, training.file);
   const double advance = static_cast<double>(face->glyph->metrics.horiAdvance) / kFixed;
-  const auto width = static_cast<rzLong>(std::max(1.0, std::round(advance)));
-  const auto height =
-      static_cast<rzLong>(std::max(1.0, std::round(capHeight(face, training.size))));
-  return blankOf(character, width, height, training.file);
+  return blankOf(character, advance, blankFrameOf(face, training), training.file);
 }
 
 unsigned char printed(unsigned char coverage, bool isLight) {
@@ -136,6 +156,11 @@ TrainedChar glyphFrom(FT_Face face, char32_t character, const FontTraining& trai
 }
 
 }  // namespace
+
+BlankFrame blankFrameOf(const FontTraining& training) {
+  const Library library = openLibrary();
+  return blankFrameOf(openFace(library.get(), training).get(), training);
+}
 
 std::vector<TrainedChar> trainFromFont(const FontTraining& training) {
   const Library library = openLibrary();

@@ -20,6 +20,10 @@ struct FontTraining {
   Polarity polarity = Polarity::kAuto;  // dark on light, but for kLight
 };
 
+/// Height of the font's capitals and its usual spacing, for blanks. Throws Failure for a file that
+/// is no font.
+BlankFrame blankFrameOf(const FontTraining& training);
+
 /// Each character, unhinted, in grey; a space becomes a blank with the font's advance. Throws
 /// Failure for a file that is no font and for a character that the font lacks.
 std::vector<TrainedChar> trainFromFont(const FontTraining& training);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // glyphline train: make an alphabet.
-#include <cmath>
 #include <iostream>
 #include <memory>
 
@@ -57,17 +56,17 @@ void requireOneSource(const TrainOptions& options) {
   }
 }
 
-std::vector<TrainedChar> trainFont(const TrainOptions& options) {
+FontTraining fontTraining(const TrainOptions& options) {
   FontTraining training;
   training.file = options.font;
   training.size = options.size;
   training.chars = expandedChars(options.chars, "--chars");
   training.margin = options.margin;
   training.polarity = polarityOf(options.polarity);
-  return trainFromFont(training);
+  return training;
 }
 
-std::vector<TrainedChar> trainBoxes(const TrainOptions& options, rzLong& blankHeight) {
+BoxTraining boxTraining(const TrainOptions& options) {
   BoxTraining training;
   training.margin = options.margin;
   training.polarity = polarityOf(options.polarity);
@@ -79,14 +78,29 @@ std::vector<TrainedChar> trainBoxes(const TrainOptions& options, rzLong& blankHe
         readBoxes(options.boxes[i], boxed.picture.width(), boxed.picture.height());
     training.pictures.push_back(std::move(boxed));
   }
-  blankHeight = medianHeight(training);
-  return trainFromBoxes(training);
+  return training;
 }
 
 // Replaces the blank among the characters, or adds it.
-void setBlank(std::vector<TrainedChar>& trained, rzLong width, rzLong height) {
+void setBlank(std::vector<TrainedChar>& trained, double width, const BlankFrame& frame) {
   std::erase_if(trained, [](const TrainedChar& one) { return one.character == U' '; });
-  trained.push_back(blankOf(U' ', width, height, "--blank"));
+  trained.push_back(blankOf(U' ', width, frame, "--blank"));
+}
+
+std::vector<TrainedChar> trainedChars(const TrainOptions& options) {
+  std::vector<TrainedChar> trained;
+  BlankFrame frame;
+  if (options.font.empty()) {
+    const BoxTraining training = boxTraining(options);
+    trained = trainFromBoxes(training);
+    frame = blankFrameOf(training);
+  } else {
+    const FontTraining training = fontTraining(options);
+    trained = trainFromFont(training);
+    frame = blankFrameOf(training);
+  }
+  if (options.blank > 0.0) setBlank(trained, options.blank, frame);
+  return trained;
 }
 
 rzOCAlphabet startingAlphabet(const TrainOptions& options) {
@@ -110,17 +124,7 @@ void extend(rzOCAlphabet& alphabet, const std::vector<TrainedChar>& trained,
 int train(const TrainOptions& options) {
   requireOneSource(options);
   rzOCAlphabet alphabet = startingAlphabet(options);
-  rzLong blankHeight = 0;
-  std::vector<TrainedChar> trained;
-  if (options.font.empty()) {
-    trained = trainBoxes(options, blankHeight);
-  } else {
-    trained = trainFont(options);
-    blankHeight = static_cast<rzLong>(std::max(1.0, options.size * 0.7));
-  }
-  if (options.blank > 0.0) {
-    setBlank(trained, static_cast<rzLong>(std::lround(options.blank)), blankHeight);
-  }
+  const std::vector<TrainedChar> trained = trainedChars(options);
   extend(alphabet, trained, options);
   writeAlphabet(options.output, alphabet);
   if (!options.voice.quiet) {

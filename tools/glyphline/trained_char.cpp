@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "trained_char.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "char_list.h"
 
 namespace glyphline {
@@ -16,10 +19,13 @@ rzPtrHandle_const<rzOCModel> modelOf(const TrainedChar& trained) {
   return new rzOCModel(key, image, trained.area, rzOCModel::eNormal, name, trained.source);
 }
 
-TrainedChar blankOf(char32_t character, rzLong width, rzLong height, const std::string& source) {
+TrainedChar blankOf(char32_t character, double width, const BlankFrame& frame,
+                    const std::string& source) {
+  const double box = width - frame.spacing + 2.0 * frame.margin;
+  const auto boxWidth = static_cast<rzLong>(std::max(1.0, std::round(box)));
   TrainedChar blank;
   blank.character = character;
-  blank.area = rzPelRect(-width / 2, -height, width, height);
+  blank.area = rzPelRect(-boxWidth / 2, -frame.height, boxWidth, frame.height);
   blank.source = source;
   return blank;
 }

@@ -26,8 +26,18 @@ struct TrainedChar {
 
 rzPtrHandle_const<rzOCModel> modelOf(const TrainedChar& trained);
 
-/// A blank of this width whose box stands on the base line, as high as `height`.
-TrainedChar blankOf(char32_t character, rzLong width, rzLong height, const std::string& source);
+/// What a blank's box depends on besides its width.
+struct BlankFrame {
+  rzLong margin = 3;       // of the characters
+  double spacing = 0.0;    // usual room between the ink of two neighbours
+  rzLong height = 1;       // of the print
+};
+
+/// A blank that moves print on by `width` pels. Its box is as wide as keeps the free space between
+/// boxes even along a line: neighbours' margins reach into the blank, and the usual spacing stands
+/// on one side of it.
+TrainedChar blankOf(char32_t character, double width, const BlankFrame& frame,
+                    const std::string& source);
 
 /// Models of all, in the given order.
 std::vector<rzPtrHandle_const<rzOCModel>> modelsOf(const std::vector<TrainedChar>& trained);
