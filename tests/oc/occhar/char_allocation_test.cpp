@@ -51,6 +51,19 @@ TEST(CharAllocation, FailedGetCharacterLeaksNothingAndClaimsNoCache) {
   }
 }
 
+TEST(CharAllocation, RecordFilledAgainGivesBackWhatItHeld) {
+  const rzOCChar c = kit::filledChar();
+  const std::int64_t before = live;
+  roc_char record;
+  roc_char_construct(&record);
+  c.getCharacter(record, true);
+  const std::int64_t filled = live;
+  c.getCharacter(record, true);
+  EXPECT_EQ(live, filled);
+  roc_char_destruct(&record);
+  EXPECT_EQ(live, before);
+}
+
 TEST(CharAllocation, FailedSetCharacterClaimsNeitherCacheNorThreshold) {
   const rzOCChar c = kit::filledChar();
   roc_char record;

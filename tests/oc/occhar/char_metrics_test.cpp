@@ -137,8 +137,12 @@ TEST(CharMetrics, FailedMappingChangesNone) {
   specify(metrics, Metrics::eCellRect, rzRect(1.0, 2.0, 3.0, 4.0));
   specify(metrics, Metrics::eDetectedMarkRect, rzRect(40000.0, 2.0, 3.0, 4.0));
   const Metrics before = metrics;
-  EXPECT_THROW(metrics.setImageRectsFromClientRects(rzXform<2>()), rzOCDefs::IntegerOverflow);
+  EXPECT_THAT([&] { metrics.setImageRectsFromClientRects(rzXform<2>()); },
+              Fails<rzOCDefs::IntegerOverflow>("Value overflows fixed point value range"));
   EXPECT_TRUE(metrics == before);
+  metrics.detectedMarkRect(rzRect(3e9, 2.0, 3.0, 4.0));
+  EXPECT_THAT([&] { metrics.setImageRectsFromClientRects(rzXform<2>()); },
+              Fails<rzOCDefs::IntegerOverflow>("Value overflows integer value range"));
 }
 
 TEST(CharMetrics, BufferMustBeLinearWhateverTheType) {

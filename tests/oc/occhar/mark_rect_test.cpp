@@ -180,6 +180,11 @@ TEST(BorderVote, CountsCornersTwiceAndNeverTheInside) {
        {"99999", "91119", "99999"},
        {".....", ".###.", "....."},
        Defs::eLightOnDark},
+      // Three dark pels, alone in row and column, have 6 votes; the light block has 8.
+      {"a lone care pel is first and last but counts once",
+       {"15555", "51555", "55155", "55599", "55599"},
+       {"#....", ".#...", "..#..", "...##", "...##"},
+       Defs::eDarkOnLight},
       {"no care pels", {"11", "11"}, {"..", ".."}, Defs::ePolarityUnknown},
   };
   for (const auto& c : cases) {

@@ -67,6 +67,10 @@ TEST(Padding, MarginsContinueTheEdges) {
        {"01", "02", "03", "04"},
        {1, 0, 1, 4},
        {"21", "22", "33", "44"}},
+      {"one column on the right, edge filtered",
+       {"10", "20", "30", "40"},
+       {0, 0, 1, 4},
+       {"12", "22", "33", "44"}},
       {"both sides of a short edge", {"0120", "0340"}, {1, 0, 2, 2}, {"1122", "3344"}},
       // The upper row is 1,1,9,9 before the filter, and each window takes the upper middle.
       {"all round", {"0000", "0190", "0000"}, {1, 1, 2, 1}, {"1199", "1199", "1199"}},
