@@ -61,12 +61,14 @@ struct Look {
   double paper = 210.0;
   double blur = 0.7;
   double noise = 4.0;
-  double ramp = 30.0;  // grey levels that the light falls from the left upper corner to the right lower
+  double ramp =
+      30.0;  // grey levels that the light falls from the left upper corner to the right lower
 };
 
 rzPelBuffer<unsigned char> photograph(const Canvas& canvas, const Look& look, std::mt19937& random);
 
-/// An upright glyph with a margin of three pels; `origin` becomes the place of its outline's origin.
+/// An upright glyph with a margin of three pels; `origin` becomes the place of its outline's
+/// origin.
 rzPelBuffer<unsigned char> trainingImage(const Font& font, char32_t code, double blur,
                                          rzVector<2>& origin);
 

@@ -184,10 +184,8 @@ std::vector<Candidate> searchGrid(const ResponseMaps& maps, const std::vector<Mo
   for (const Peak& peak : PeakMerger(maps, turns, angleCount).merge(peaks, most)) {
     const GridTurn& turn = turns[static_cast<std::size_t>(peak.turn)];
     const Vec2 centre{kStride * peak.x + 0.5, kStride * peak.y + 0.5};
-    candidates.push_back({{centre, turn.angle, turn.scale},
-                          peak.sum / best,
-                          turn.angleIndex,
-                          turn.scaleIndex});
+    candidates.push_back(
+        {{centre, turn.angle, turn.scale}, peak.sum / best, turn.angleIndex, turn.scaleIndex});
   }
   return candidates;
 }

@@ -10,8 +10,8 @@
 namespace finder {
 
 struct EdgePoint {
-  Vec2 place;     // pels
-  Vec2 gradient;  // grey levels per pel
+  Vec2 place;           // pels
+  Vec2 gradient;        // grey levels per pel
   double length = 1.0;  // of the outline that this point stands for, about, in pels
 };
 

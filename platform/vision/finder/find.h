@@ -15,8 +15,8 @@ struct FindPlan {
   Mat2 pelFromClient;  // of the picture, lengths only
 
   bool angleIsOpen = false;
-  double angle = 0.0;        // radians; used while the angle is closed
-  double angleStart = 0.0;   // radians
+  double angle = 0.0;       // radians; used while the angle is closed
+  double angleStart = 0.0;  // radians
   double angleEnd = 0.0;
   bool scaleIsOpen = false;
   double scale = 1.0;

@@ -68,11 +68,13 @@ struct PelView {
 };
 
 /// Where a pattern lies: its centre in pels of the picture, its turn in radians and its scale in
-/// client coordinates.
+/// client coordinates; and by how many pels its edges are moved to the bright side, as happens when
+/// dark print is bolder, or more blurred, than what was trained.
 struct Pose {
   Vec2 centre;
   double angle = 0.0;
   double scale = 1.0;
+  double boldness = 0.0;
 };
 
 }  // namespace finder

@@ -74,7 +74,7 @@ void matchPoint(const GradientMap& gradients, Vec2 place, int range, double leas
 }  // namespace
 
 void matchPoints(const GradientMap& gradients, const std::vector<ModelPoint>& points,
-                 std::size_t count, Vec2 centre, const Mat2& map, int range, double least,
+                 std::size_t count, const Pose& pose, const Mat2& map, int range, double least,
                  std::vector<PointMatch>& matches) {
   matches.clear();
   for (std::size_t i = 0; i < std::min(count, points.size()); ++i) {
@@ -82,7 +82,8 @@ void matchPoints(const GradientMap& gradients, const std::vector<ModelPoint>& po
     match.arm = map * points[i].place;
     match.normal = mapNormal(map, points[i].normal);
     match.weight = points[i].weight;
-    matchPoint(gradients, centre + match.arm, range, least, match);
+    matchPoint(gradients, pose.centre + match.arm + pose.boldness * match.normal, range, least,
+               match);
     matches.push_back(match);
   }
 }

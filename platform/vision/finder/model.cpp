@@ -10,9 +10,9 @@ namespace finder {
 
 namespace {
 
-// The run's gradient filters, and the pels over which it averages, act like a Gaussian of this many
-// of its pels.
-constexpr double kSigmaOfGrain = 0.93;
+// The run's gradient filters, with the pels over which they average and the blur that a lens adds
+// to a drawn training image, act like a Gaussian of so many of its pels.
+constexpr double kSigmaOfGrain = 1.1;
 constexpr double kSmallestSigma = 0.7;  // in training pels; below it the grid shows through
 
 double sigmaOf(double grain) { return std::max(kSmallestSigma, kSigmaOfGrain * grain); }
@@ -50,47 +50,45 @@ Model makeModel(const TrainingImage& image, const PatternFrame& frame, double gr
   return model;
 }
 
+namespace {
+
+// How little a point speaks for another one: the squared distance, more where the outline runs in
+// another direction, as on the other edge of a stroke.
+double strangeness(const ModelPoint& a, const ModelPoint& b) {
+  const Vec2 d = a.place - b.place;
+  return dot(d, d) * (1.0 + 4.0 * (1.0 - dot(a.normal, b.normal)));
+}
+
+}  // namespace
+
 std::vector<ModelPoint> thinned(const std::vector<ModelPoint>& points, int count) {
-  const auto most = static_cast<std::size_t>(count);
+  constexpr double kFar = std::numeric_limits<double>::max();
+  if (points.empty()) return {};
+  // Always the point that is farthest from those already chosen.
   std::vector<ModelPoint> chosen;
-  if (points.size() <= most) {
-    chosen = points;
-  } else {
-    // Always the point that is farthest from those already chosen. Points of opposite edges of a
-    // stroke do not speak for one another.
-    std::vector<double> distance(points.size(), std::numeric_limits<double>::max());
-    std::size_t next = 0;
-    for (std::size_t k = 0; k < most; ++k) {
-      chosen.push_back(points[next]);
-      const ModelPoint& last = points[next];
-      std::size_t farthest = 0;
-      for (std::size_t i = 0; i < points.size(); ++i) {
-        const double turned = 1.0 - dot(points[i].normal, last.normal);  // 0 to 2
-        const Vec2 d = points[i].place - last.place;
-        distance[i] = std::min(distance[i], dot(d, d) * (1.0 + 4.0 * turned));
-        if (distance[i] > distance[farthest]) farthest = i;
-      }
-      next = farthest;
+  std::vector<std::size_t> nearest(points.size(), 0);
+  std::vector<double> distance(points.size(), kFar);
+  std::size_t next = 0;
+  while (chosen.size() < std::min(points.size(), static_cast<std::size_t>(count))) {
+    const ModelPoint& last = points[next];
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      const double away = strangeness(points[i], last);
+      if (away >= distance[i]) continue;
+      distance[i] = away;
+      nearest[i] = chosen.size();
     }
-    for (ModelPoint& p : chosen) p.weight = 0.0;
-    for (const ModelPoint& p : points) {
-      std::size_t nearest = 0;
-      double best = std::numeric_limits<double>::max();
-      for (std::size_t i = 0; i < chosen.size(); ++i) {
-        const double turned = 1.0 - dot(p.normal, chosen[i].normal);
-        const Vec2 d = p.place - chosen[i].place;
-        const double away = dot(d, d) * (1.0 + 4.0 * turned);
-        if (away < best) {
-          best = away;
-          nearest = i;
-        }
-      }
-      chosen[nearest].weight += p.weight;
-    }
+    chosen.push_back(last);
+    next = static_cast<std::size_t>(std::max_element(distance.begin(), distance.end()) -
+                                    distance.begin());
   }
   double sum = 0.0;
-  for (const ModelPoint& p : chosen) sum += p.weight;
-  for (ModelPoint& p : chosen) p.weight *= static_cast<double>(chosen.size()) / sum;
+  for (const ModelPoint& p : points) sum += p.weight;
+  for (ModelPoint& p : chosen) p.weight = 0.0;
+  // Each point chosen stands for those that are nearest to it.
+  const double share = static_cast<double>(chosen.size()) / sum;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    chosen[nearest[i]].weight += share * points[i].weight;
+  }
   return chosen;
 }
 

@@ -22,8 +22,8 @@ struct ModelPoint {
 
 /// The outline as it shows when the picture has a certain grain.
 struct Model {
-  double grain = 1.0;  // size of the picture's pels in pels of the training image
-  std::vector<ModelPoint> points;  // evenly spaced along the outline
+  double grain = 1.0;              // size of the picture's pels in pels of the training image
+  std::vector<ModelPoint> points;  // evenly spaced along the outline, in the order of thinned()
   double radius = 0.0;             // greatest distance of a point from the centre
 };
 
@@ -35,8 +35,8 @@ struct TrainingImage {
 
 /// The pattern's place in the training image.
 struct PatternFrame {
-  Vec2 centrePel;             // pels of the training image
-  Vec2 halfSize;              // of the tight box round the edge points, in those pels
+  Vec2 centrePel;  // pels of the training image
+  Vec2 halfSize;   // of the tight box round the edge points, in those pels
 };
 
 /// Fewest edge points that make a model.
@@ -49,7 +49,8 @@ PatternFrame measurePattern(const TrainingImage& image, double grain);
 Model makeModel(const TrainingImage& image, const PatternFrame& frame, double grain,
                 int mostPoints);
 
-/// An even choice of at most `count` of the points.
+/// An even choice of at most `count` of the points, in such an order that also the first few are
+/// evenly spread.
 std::vector<ModelPoint> thinned(const std::vector<ModelPoint>& points, int count);
 
 }  // namespace finder

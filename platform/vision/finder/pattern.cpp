@@ -30,7 +30,7 @@ Pattern::Pattern(const PelView& image, const Mat2& clientFromPel, const Training
     : image_(copyOf(image)), clientFromPel_(clientFromPel), plan_(plan) {
   // Met in client frames of either the training image or the plain picture.
   const double plainGrain = 1.0 / meanScale(clientFromPel);
-  std::vector<double> grains{1.0, 2.0};
+  std::vector<double> grains{1.0, 2.0, 4.0};
   if (!isNear(plainGrain, 1.0)) grains.insert(grains.end(), {plainGrain, 2.0 * plainGrain});
   frame_ = measurePattern(trainingImage_(), 1.0);
   if (!(std::min(frame_.halfSize.x, frame_.halfSize.y) > 0.0)) return;

@@ -30,9 +30,9 @@ inline constexpr int kStride = 2;
 /// the remainders of its coordinates modulo the stride into planes. Within a plane a step of
 /// kStride pels is a step to the next element, also from the end of a row to the next row.
 struct ResponseMaps {
-  int margin = 0;        // empty pels above and below, and between a row's end and the next row
-  int columns = 0;       // elements in a row of a plane, those of the margin included
-  int rows = 0;          // rows of a plane, those of the margins included
+  int margin = 0;          // empty pels above and below, and between a row's end and the next row
+  int columns = 0;         // elements in a row of a plane, those of the margin included
+  int rows = 0;            // rows of a plane, those of the margins included
   int pictureColumns = 0;  // elements in a row that lie in the picture
   int pictureRows = 0;
   std::size_t planeSize = 0;  // elements of a plane with what may be read behind its end

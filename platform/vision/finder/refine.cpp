@@ -11,9 +11,11 @@ namespace finder {
 
 namespace {
 
-constexpr double kConverged = 0.003;   // pels by which no point moves any more
+constexpr double kConverged = 0.003;  // pels by which no point moves any more
 constexpr std::size_t kFewestEdges = 6;
-constexpr int kUnknowns = 4;           // x, y, turn, relative scale
+constexpr int kUnknowns = 5;           // x, y, turn, relative scale, boldness
+constexpr double kStiffness = 0.1;     // against boldness, as a share of all weights
+constexpr double kMostBoldness = 1.0;  // pels
 
 // Normal equations of the unknowns, and their solution by elimination.
 struct Equations {
@@ -87,10 +89,10 @@ Pose refined(const GradientMap& gradients, const Model& model, const Mat2& level
     // A point moves by this when the pose turns by a radian: as if its arm were turned by a quarter
     // in client coordinates.
     const Mat2 turning = map * Mat2{0.0, -1.0, 1.0, 0.0} * inverse(map);
-    matchPoints(gradients, model.points, plan.points, pose.centre, map, plan.range, plan.least,
-                matches);
+    matchPoints(gradients, model.points, plan.points, pose, map, plan.range, plan.least, matches);
     Equations equations;
     std::size_t edges = 0;
+    double weights = 0.0;
     double radius = 0.0;
     for (const PointMatch& match : matches) {
       radius = std::max(radius, length(match.arm));
@@ -98,22 +100,28 @@ Pose refined(const GradientMap& gradients, const Model& model, const Mat2& level
       const double weight = edgeWeight(match, plan.range);
       if (weight <= 0.0) continue;
       ++edges;
+      weights += weight;
       equations.add({match.normal.x, match.normal.y, dot(match.normal, turning * match.arm),
-                     dot(match.normal, match.arm)},
+                     dot(match.normal, match.arm), 1.0},
                     match.offset, weight);
     }
     if (edges < kFewestEdges) return pose;
+    const double stiffness = kStiffness * weights;
+    equations.rows[4][4] += stiffness;
+    equations.rows[4][kUnknowns] -= stiffness * pose.boldness;
     if (!limits.angleIsFree) equations.hold(2);
     if (!limits.scaleIsFree) equations.hold(3);
     std::array<double, kUnknowns> step{};
     if (!equations.solve(step)) return pose;
     const double farthest = plan.range + 0.5;
     const double shift = std::hypot(step[0], step[1]);
-    const double moved = shift + radius * (std::abs(step[2]) + std::abs(step[3]));
+    const double moved =
+        shift + radius * (std::abs(step[2]) + std::abs(step[3])) + std::abs(step[4]);
     if (!(moved < 4.0 * farthest)) return pose;
     pose.centre = pose.centre + Vec2{step[0], step[1]};
     if (limits.angleIsFree) pose.angle += step[2];
     if (limits.scaleIsFree) pose.scale *= 1.0 + step[3];
+    pose.boldness = std::clamp(pose.boldness + step[4], -kMostBoldness, kMostBoldness);
     pose = limited(pose, limits);
     if (moved < kConverged) break;
   }

@@ -152,7 +152,9 @@ RZ_CPU_VARIANTS(spreadDirection,
                 (unitX, unitY, unitRow, width, height, nx, ny, none, step, scratch, planes,
                  columns))
 
-std::size_t sizeOf(int a, int b) { return static_cast<std::size_t>(a) * static_cast<std::size_t>(b); }
+std::size_t sizeOf(int a, int b) {
+  return static_cast<std::size_t>(a) * static_cast<std::size_t>(b);
+}
 
 // Unit vectors of the whole picture, x and y apart.
 UnitRow unitVectorsOf(const GradientMap& gradients, double contrast) {
@@ -164,7 +166,9 @@ UnitRow unitVectorsOf(const GradientMap& gradients, double contrast) {
                std::vector<std::int16_t>(sizeOf(width, height))};
   const auto pitch = static_cast<std::size_t>(width + 2);
   std::vector<std::int32_t> sizes(3 * pitch, 0);
-  const auto row = [&](int y) { return sizes.data() + static_cast<std::size_t>((y + 3) % 3) * pitch + 1; };
+  const auto row = [&](int y) {
+    return sizes.data() + static_cast<std::size_t>((y + 3) % 3) * pitch + 1;
+  };
   RZ_BEST_VARIANT(squaredSizes)(gradients.row(0), width, row(0));
   for (int y = 0; y < height; ++y) {
     if (y % 32 == 0) rzAttention::check();

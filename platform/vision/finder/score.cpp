@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 #include "platform/vision/finder/match_points.h"
 
@@ -11,7 +10,20 @@ namespace finder {
 
 namespace {
 
-double envOr(const char* n, double d) { const char* s = std::getenv(n); return s ? std::atof(s) : d; }
+// Where the agreement of a point with its edge begins to fall and where it ends. Measured so that
+// ordinary print keeps its score while other characters lose theirs: narrower limits cost
+// characters of bad print more than they take from wrong ones.
+constexpr double kNear = 0.2;  // pels between point and edge
+constexpr double kFar = 0.9;
+constexpr double kAlong = 0.96;  // cosine of the angle between their directions
+constexpr double kAcross = 0.8;
+constexpr double kSureContrast = 0.8;  // of the contrast asked for, as an ideal step
+constexpr double kNoContrast = 0.3;
+constexpr double kSureStrength = 0.4;  // of the median of the pattern's edges
+constexpr double kNoStrength = 0.1;
+// Half a pattern is worth less than half: the score is a power of the mean agreement.
+constexpr double kPower = 1.5;
+constexpr double kHasPartner = 0.3;  // agreement from which a point counts as covered
 
 // 1 up to `from`, 0 from `to` on, smooth between.
 double falling(double value, double from, double to) {
@@ -21,40 +33,45 @@ double falling(double value, double from, double to) {
 
 double rising(double value, double from, double to) { return 1.0 - falling(value, from, to); }
 
-}  // namespace
+double agreementOf(const PointMatch& match, double step, double median) {
+  return falling(std::abs(match.offset), kNear, kFar) * rising(match.cosine, kAcross, kAlong) *
+         rising(match.strength, kNoContrast * step, kSureContrast * step) *
+         rising(match.strength, kNoStrength * median, kSureStrength * median);
+}
 
-Assessment assess(const GradientMap& gradients, const Model& model, std::size_t points,
-                  const Mat2& levelFromClient, const Pose& pose, double contrast) {
-  static const double kD0 = envOr("D0", 0.35), kD1 = envOr("D1", 1.3), kC0 = envOr("C0", 0.5),
-                      kC1 = envOr("C1", 0.94), kS0 = envOr("S0", 0.1), kS1 = envOr("S1", 0.4),
-                      kGamma = envOr("GAMMA", 1.3);
-  const double step = contrast * kGradientOfStep;
-  std::vector<PointMatch> matches;
-  const Mat2 map = levelFromClient * similarity(pose.angle, pose.scale);
-  matchPoints(gradients, model.points, points, pose.centre, map, 1, 0.3 * step, matches);
+double medianStrength(const std::vector<PointMatch>& matches) {
   std::vector<double> strengths;
   for (const PointMatch& m : matches) {
     if (m.strength > 0.0) strengths.push_back(m.strength);
   }
-  Assessment result;
-  if (strengths.empty()) return result;
+  if (strengths.empty()) return 0.0;
   const auto middle = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() / 2);
   std::nth_element(strengths.begin(), middle, strengths.end());
-  const double median = *middle;
-  result.strength = median;
+  return *middle;
+}
+
+}  // namespace
+
+Assessment assess(const GradientMap& gradients, const Model& model, std::size_t points,
+                  const Mat2& levelFromClient, const Pose& pose, double contrast) {
+  const double step = contrast * kGradientOfStep;
+  std::vector<PointMatch> matches;
+  const Mat2 map = levelFromClient * similarity(pose.angle, pose.scale);
+  matchPoints(gradients, model.points, points, pose, map, 1, kNoContrast * step, matches);
+  Assessment result;
+  const double median = medianStrength(matches);
+  if (median <= 0.0) return result;
   double sum = 0.0;
   double found = 0.0;
   double all = 0.0;
   for (const PointMatch& m : matches) {
     all += m.weight;
     if (m.strength <= 0.0) continue;
-    const double agreement = falling(std::abs(m.offset), kD0, kD1) * rising(m.cosine, kC0, kC1) *
-                             rising(m.strength, 0.3 * step, 0.8 * step) *
-                             rising(m.strength, kS0 * median, kS1 * median);
+    const double agreement = agreementOf(m, step, median);
     sum += m.weight * agreement;
-    if (agreement > 0.3) found += m.weight;
+    if (agreement > kHasPartner) found += m.weight;
   }
-  result.score = std::clamp(std::pow(sum / all, kGamma), 0.0, 1.0);
+  result.score = std::clamp(std::pow(sum / all, kPower), 0.0, 1.0);
   result.coverage = found / all;
   return result;
 }

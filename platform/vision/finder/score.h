@@ -12,7 +12,6 @@ namespace finder {
 struct Assessment {
   double score = 0.0;     // 0 to 1
   double coverage = 0.0;  // share of the outline that finds an edge
-  double strength = 0.0;  // the median gradient of those edges
 };
 
 /// Measures how far the picture's edges lie from the pattern's and how they are turned against
