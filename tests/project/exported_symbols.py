@@ -9,8 +9,8 @@ import sys
 # Type information and virtual tables of exported classes, and operators on exported types.
 ALLOWED = re.compile(
     r"^(?:(?:vtable|typeinfo|typeinfo name|VTT|construction vtable|guard variable|"
-    r"non-virtual thunk to|virtual thunk to) .*\b(?:rz|rf|r[a-z]+_)|.*\b(?:rz|rf)_?[A-Z]|"
-    r"(?:roc|rimg|rstd)_)")
+    r"non-virtual thunk to|virtual thunk to) .*\b(?:rz|rf|r[a-z]+_)|.*\b(?:rz2?|rf)_?[A-Z]|"
+    r"(?:roc|rimg|rstd|rsys)_)")
 # Templates of the C++ library that the compiler instantiates as weak symbols are no decision of ours.
 WEAK = {"W", "V", "u"}
 

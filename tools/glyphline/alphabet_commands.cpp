@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// glyphline show and glyphline edit: look at an alphabet, change it.
+// glyphline compile, show and edit: measure an alphabet, look at it, change it.
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -107,6 +107,13 @@ int show(const ShowOptions& options) {
   return kAllMatched;
 }
 
+int compile(const std::string& path) {
+  rzOCAlphabet alphabet = readAlphabet(path);
+  alphabet.compile(nullptr, 0);
+  writeAlphabet(path, alphabet);
+  return kAllMatched;
+}
+
 int edit(const EditOptions& options) {
   rzOCAlphabet alphabet = readAlphabet(options.alphabet);
   if (!options.remove.empty()) {
@@ -122,6 +129,15 @@ int edit(const EditOptions& options) {
 }
 
 }  // namespace
+
+void addCompile(CLI::App& app, Action& action) {
+  auto path = std::make_shared<std::string>();
+  CLI::App& command =
+      *app.add_subcommand("compile", "Measure how far characters can pass for one another");
+  command.add_option("ALPHABET", *path, "Alphabet file; the result is stored in it")->required();
+  command.footer("Example:\n  glyphline compile label.oca && glyphline show label.oca");
+  command.callback([path, &action] { action = [path] { return compile(*path); }; });
+}
 
 void addShow(CLI::App& app, Action& action) {
   auto options = std::make_shared<ShowOptions>();

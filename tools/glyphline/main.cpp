@@ -31,6 +31,7 @@ int main(int argc, char** argv) {
   glyphline::addTrain(app, action);
   glyphline::addArrange(app, action);
   glyphline::addFind(app, action);
+  glyphline::addCompile(app, action);
   glyphline::addShow(app, action);
   glyphline::addEdit(app, action);
   try {

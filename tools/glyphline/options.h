@@ -19,6 +19,7 @@ using Action = std::function<int()>;
 void addTrain(CLI::App& app, Action& action);
 void addArrange(CLI::App& app, Action& action);
 void addFind(CLI::App& app, Action& action);
+void addCompile(CLI::App& app, Action& action);
 void addShow(CLI::App& app, Action& action);
 void addEdit(CLI::App& app, Action& action);
 

@@ -33,6 +33,7 @@ struct TrainOptions {
   std::string name;
   std::string add;
   std::string output;
+  bool compile = false;
   Voice voice;
 };
 
@@ -126,6 +127,7 @@ int train(const TrainOptions& options) {
   rzOCAlphabet alphabet = startingAlphabet(options);
   const std::vector<TrainedChar> trained = trainedChars(options);
   extend(alphabet, trained, options);
+  if (options.compile) alphabet.compile(nullptr, 0);
   writeAlphabet(options.output, alphabet);
   if (!options.voice.quiet) {
     std::cerr << options.output << ": " << alphabet.numChars() << " characters\n";
@@ -156,6 +158,7 @@ void addTrain(CLI::App& app, Action& action) {
       ->check(CLI::Range(1.0, kMostBlank));
   command.add_option("--name", options->name, "The alphabet's name");
   command.add_option("--add", options->add, "Extend this alphabet");
+  command.add_flag("--compile", options->compile, "Measure the confusions and store them");
   command.add_option("-o,--output", options->output, "Alphabet file to write")->required();
   addVoice(command, options->voice);
   command.footer(

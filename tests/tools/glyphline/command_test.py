@@ -158,8 +158,23 @@ class Command(unittest.TestCase):
         shown = json.loads(run("show", smaller, "--json").stdout)
         self.assertEqual({c["char"] for c in shown["characters"]}, set("A0123456789 -"))
 
+    def test_compile_stores_the_confusing_pairs(self):
+        compiled = self.folder / "compiled.oca"
+        done = run("train", "--font", FONT, "--size", 24, "--chars", "OQX ", "--compile", "-o",
+                   compiled)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        shown = json.loads(run("show", compiled, "--json").stdout)
+        self.assertTrue(shown["compiled"])
+        pairs = {(p["char"], p["with"]) for p in shown["confusing"]}
+        self.assertIn(("O", "Q"), pairs)
+        self.assertNotIn(("O", "X"), pairs)
+        again = compiled.read_bytes()
+        self.assertEqual(run("compile", compiled).returncode, 0)
+        self.assertEqual(compiled.read_bytes(), again)
+
     def test_help_names_an_example(self):
-        for command in ([], ["train"], ["arrange"], ["find"], ["show"], ["edit"]):
+        for command in ([], ["train"], ["arrange"], ["find"], ["compile"],
+                        ["show"], ["edit"]):
             done = run(*command, "--help")
             self.assertEqual(done.returncode, 0)
             self.assertIn(b"Example", done.stdout)
