@@ -125,7 +125,9 @@ ArrangeReport arrangePicture(const Job& job, std::size_t i,
   rfOCArrange_(picture, job.mask, job.alphabet, job.keys[i], job.options.params, results, nullptr,
                0);
   const std::chrono::duration<double, std::milli> spent = std::chrono::steady_clock::now() - start;
-  return reportOf(job.options.images[i], job.alphabet, job.keys[i], results, spent.count());
+  const ArrangeRequest request{job.options.images[i], job.alphabet, job.keys[i],
+                               job.options.params.compPoseUncertainties()};
+  return reportOf(request, results, spent.count());
 }
 
 Outcome outcomeOf(const Job& job, std::size_t i) {

@@ -79,6 +79,12 @@ FindReport findIn(const Job& job, const std::string& image,
   return report;
 }
 
+int sayFailure(const FindOptions& options, const std::string& image, const std::string& message) {
+  std::cerr << "glyphline: " << message << '\n';
+  if (options.json) std::cout << jsonOfFailure(image, message) << std::endl;
+  return kBadInput;
+}
+
 int findInOne(const Job& job, const std::string& image) {
   const FindOptions& options = job.options;
   try {
@@ -94,9 +100,9 @@ int findInOne(const Job& job, const std::string& image) {
     }
     return report.passes() ? kAllMatched : kSomeMissing;
   } catch (const Failure& failure) {
-    std::cerr << "glyphline: " << failure.what() << '\n';
-    if (options.json) std::cout << jsonOfFailure(image, failure.what()) << std::endl;
-    return kBadInput;
+    return sayFailure(options, image, failure.what());
+  } catch (const std::exception& error) {
+    return sayFailure(options, image, image + ": " + error.what());
   }
 }
 

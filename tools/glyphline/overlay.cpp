@@ -7,8 +7,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "failure.h"
 #include "output_file.h"
@@ -34,15 +38,32 @@ constexpr Colour kInferred{0.96, 0.55, 0.05};
 constexpr Colour kLine{0.15, 0.45, 0.95};
 constexpr Colour kLabelInk{1.0, 1.0, 1.0};
 
-constexpr double kWantedSide = 1000.0;  // pels of the drawing's longer side, about
-constexpr double kLargestZoom = 4.0;
-constexpr double kFontSize = 11.0;  // pels of the drawing
+constexpr Colour kFound[] = {kMatched,           {0.55, 0.25, 0.85}, {0.90, 0.30, 0.15},
+                             {0.00, 0.60, 0.70}, {0.80, 0.15, 0.50}, {0.45, 0.45, 0.05}};
+constexpr Colour kPaper{1.0, 1.0, 1.0};
+constexpr Colour kText{0.15, 0.15, 0.15};
 
-/// How large a pel of the picture is drawn.
-double zoomFor(const Picture& picture) {
-  const double side = std::max(picture.width(), picture.height());
-  return std::clamp(std::floor(kWantedSide / side), 1.0, kLargestZoom);
+constexpr double kWantedBox = 90.0;  // pels of the drawing: room for a label above each box
+constexpr double kLargestZoom = 6.0;
+constexpr double kLargestSide = 4000.0;  // of the drawing, in its pels
+constexpr double kFontSize = 11.0;       // all further lengths are pels of the drawing
+constexpr double kNarrowest = 420.0;     // that the notes below the picture fit in
+constexpr double kNoteHeight = 20.0;
+constexpr double kIndent = 10.0;
+
+/// How large a pel of the picture is drawn: boxes of this height want room for their labels.
+double zoomFor(const Picture& picture, std::vector<double> boxHeights) {
+  double wanted = kNarrowest / picture.width();
+  if (!boxHeights.empty()) {
+    const auto middle = boxHeights.begin() + static_cast<std::ptrdiff_t>(boxHeights.size() / 2);
+    std::nth_element(boxHeights.begin(), middle, boxHeights.end());
+    wanted = std::max(wanted, kWantedBox / std::max(1.0, *middle));
+  }
+  const double possible = kLargestSide / std::max(picture.width(), picture.height());
+  return std::max(1.0, std::round(std::min({wanted, possible, kLargestZoom})));
 }
+
+double heightOf(const Place& place) { return place.box[0].distance(place.box[3]); }
 
 enum class Format { kPng, kSvg, kPdf };
 
@@ -96,6 +117,7 @@ void drawPicture(cairo_t* cairo, const Picture& picture, double zoom) {
 }
 
 void drawBox(cairo_t* cairo, const Place& place, const Colour& colour, double zoom) {
+  cairo_new_path(cairo);
   for (const rzVector<2>& corner : place.box) {
     cairo_line_to(cairo, zoom * corner.x(), zoom * corner.y());
   }
@@ -128,35 +150,83 @@ void drawLabel(cairo_t* cairo, const Place& place, const std::string& text, cons
   cairo_show_text(cairo, text.c_str());
 }
 
-void drawLine(cairo_t* cairo, const ArrangeReport& report, const LineReport& line, double zoom) {
-  for (const rzLong i : line.positions) {
-    const std::optional<Place>& place = report.positions[static_cast<std::size_t>(i)].place;
-    if (place) cairo_line_to(cairo, zoom * place->origin.x(), zoom * place->origin.y());
+void drawLine(cairo_t* cairo, const LineReport& line, double zoom) {
+  cairo_new_path(cairo);
+  for (const rzVector<2>& p : line.shape.curve) {
+    cairo_line_to(cairo, zoom * p.x(), zoom * p.y());
   }
   setColour(cairo, kLine, 0.8);
-  cairo_set_line_width(cairo, 1.2);
+  cairo_set_line_width(cairo, 1.4);
   cairo_stroke(cairo);
 }
 
-std::string drawn(Format format, const Picture& picture,
-                  const std::function<void(cairo_t*, double)>& draw) {
-  const double zoom = zoomFor(picture);
+/// A line of text below the picture, behind a patch of its colour if it has one.
+struct Note {
+  std::string text;
+  std::optional<Colour> colour;
+};
+
+void drawNotes(cairo_t* cairo, const std::vector<Note>& notes, double top) {
+  double y = top + 0.5 * kNoteHeight;
+  for (const Note& note : notes) {
+    double x = kIndent;
+    if (note.colour) {
+      cairo_rectangle(cairo, x, y - 0.5 * kFontSize, kFontSize, kFontSize);
+      setColour(cairo, *note.colour);
+      cairo_fill(cairo);
+      x += 1.8 * kFontSize;
+    }
+    cairo_set_font_size(cairo, kFontSize);
+    setColour(cairo, kText);
+    cairo_move_to(cairo, x, y + 0.36 * kFontSize);
+    cairo_show_text(cairo, note.text.c_str());
+    cairo_new_path(cairo);
+    y += kNoteHeight;
+  }
+}
+
+/// What is drawn besides the picture itself.
+struct Layer {
+  std::vector<double> boxHeights;
+  std::vector<Note> notes;
+  std::function<void(cairo_t*, double zoom)> draw;
+};
+
+void drawAll(cairo_t* cairo, const Picture& picture, const Layer& layer, double zoom) {
+  cairo_select_font_face(cairo, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
+  setColour(cairo, kPaper);
+  cairo_paint(cairo);
+  drawPicture(cairo, picture, zoom);
+  cairo_save(cairo);
+  cairo_rectangle(cairo, 0, 0, zoom * picture.width(), zoom * picture.height());
+  cairo_clip(cairo);
+  layer.draw(cairo, zoom);
+  cairo_restore(cairo);
+  drawNotes(cairo, layer.notes, zoom * picture.height());
+}
+
+void require(cairo_status_t status) {
+  if (status == CAIRO_STATUS_SUCCESS) return;
+  throw Failure(std::string("drawing failed: ") + cairo_status_to_string(status));
+}
+
+std::string drawn(Format format, const Picture& picture, const Layer& layer) {
+  const double zoom = zoomFor(picture, layer.boxHeights);
+  const double width = std::max(zoom * picture.width(), kNarrowest);
+  const double height =
+      zoom * picture.height() + kNoteHeight * static_cast<double>(layer.notes.size());
   std::string bytes;
-  const Surface surface =
-      newSurface(format, zoom * picture.width(), zoom * picture.height(), bytes);
+  const Surface surface = newSurface(format, width, height, bytes);
   {
     const Cairo cairo(cairo_create(surface.get()));
-    cairo_select_font_face(cairo.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
-                           CAIRO_FONT_WEIGHT_BOLD);
-    drawPicture(cairo.get(), picture, zoom);
-    draw(cairo.get(), zoom);
-    if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS) {
-      throw Failure(std::string("drawing failed: ") +
-                    cairo_status_to_string(cairo_status(cairo.get())));
-    }
+    drawAll(cairo.get(), picture, layer, zoom);
+    require(cairo_status(cairo.get()));
   }
-  if (format == Format::kPng) cairo_surface_write_to_png_stream(surface.get(), append, &bytes);
+  if (format == Format::kPng) {
+    require(cairo_surface_write_to_png_stream(surface.get(), append, &bytes));
+  }
   cairo_surface_finish(surface.get());
+  require(cairo_surface_status(surface.get()));
   return bytes;
 }
 
@@ -164,13 +234,37 @@ std::string labelOf(const std::string& character, double score) {
   return character + " " + rfDbl(score, 2, false);
 }
 
-}  // namespace
+std::string counted(std::size_t count, const std::string& what) {
+  return std::to_string(count) + " " + what;
+}
 
-void requireDrawable(const std::string& path) { formatOf(path); }
+std::vector<Note> notesOf(const ArrangeReport& report) {
+  std::string unknown;
+  std::size_t numInferred = 0;
+  for (const PositionReport& position : report.positions) {
+    if (position.isBlank) continue;
+    if (position.status == rzOCArrangeDefs::eInferred) ++numInferred;
+    if (position.status == rzOCArrangeDefs::eUnknown) unknown += " " + position.character;
+  }
+  std::vector<Note> notes{
+      {std::filesystem::path(report.image).filename().string() + ": " +
+           (report.passes() ? "pass" : "fail") + ", " + std::to_string(report.matched) + " of " +
+           counted(static_cast<std::size_t>(report.expected), "characters matched"),
+       std::nullopt},
+      {"matched, with score", kMatched}};
+  if (numInferred > 0) notes.push_back({counted(numInferred, "inferred"), kInferred});
+  if (!unknown.empty()) notes.push_back({"unknown:" + unknown, std::nullopt});
+  return notes;
+}
 
-void writeOverlay(const std::string& path, const Picture& picture, const ArrangeReport& report) {
-  writeWhole(path, drawn(formatOf(path), picture, [&](cairo_t* cairo, double zoom) {
-    for (const LineReport& line : report.lines) drawLine(cairo, report, line, zoom);
+Layer layerOf(const ArrangeReport& report) {
+  Layer layer;
+  layer.notes = notesOf(report);
+  for (const PositionReport& position : report.positions) {
+    if (position.place && !position.isBlank) layer.boxHeights.push_back(heightOf(*position.place));
+  }
+  layer.draw = [&report](cairo_t* cairo, double zoom) {
+    for (const LineReport& line : report.lines) drawLine(cairo, line, zoom);
     for (const PositionReport& position : report.positions) {
       if (!position.place || position.isBlank) continue;
       const bool isMatched = position.status == rzOCArrangeDefs::eMatched;
@@ -180,18 +274,44 @@ void writeOverlay(const std::string& path, const Picture& picture, const Arrange
                 isMatched ? labelOf(position.character, position.score) : position.character + " ?",
                 colour, zoom);
     }
-  }));
+  };
+  return layer;
+}
+
+Layer layerOf(const FindReport& report) {
+  Layer layer;
+  const auto colourOf = [](std::size_t i) { return kFound[i % std::size(kFound)]; };
+  for (std::size_t i = 0; i < report.characters.size(); ++i) {
+    const FoundCharacter& found = report.characters[i];
+    std::string text = found.character + ": " + counted(found.instances.size(), "found");
+    if (!found.obstacle.empty()) text = found.character + ": " + found.obstacle;
+    layer.notes.push_back({text, colourOf(i)});
+    for (const FoundInstance& one : found.instances) {
+      layer.boxHeights.push_back(heightOf(one.place));
+    }
+  }
+  layer.draw = [&report, colourOf](cairo_t* cairo, double zoom) {
+    for (std::size_t i = 0; i < report.characters.size(); ++i) {
+      const FoundCharacter& found = report.characters[i];
+      for (const FoundInstance& one : found.instances) {
+        drawBox(cairo, one.place, colourOf(i), zoom);
+        drawLabel(cairo, one.place, labelOf(found.character, one.score), colourOf(i), zoom);
+      }
+    }
+  };
+  return layer;
+}
+
+}  // namespace
+
+void requireDrawable(const std::string& path) { formatOf(path); }
+
+void writeOverlay(const std::string& path, const Picture& picture, const ArrangeReport& report) {
+  writeWhole(path, drawn(formatOf(path), picture, layerOf(report)));
 }
 
 void writeOverlay(const std::string& path, const Picture& picture, const FindReport& report) {
-  writeWhole(path, drawn(formatOf(path), picture, [&](cairo_t* cairo, double zoom) {
-    for (const FoundCharacter& found : report.characters) {
-      for (const FoundInstance& instance : found.instances) {
-        drawBox(cairo, instance.place, kMatched, zoom);
-        drawLabel(cairo, instance.place, labelOf(found.character, instance.score), kMatched, zoom);
-      }
-    }
-  }));
+  writeWhole(path, drawn(formatOf(path), picture, layerOf(report)));
 }
 
 }  // namespace glyphline

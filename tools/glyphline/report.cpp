@@ -2,53 +2,54 @@
 #include "report.h"
 
 #include <algorithm>
-#include <cmath>
-
-#include "char_list.h"
-#include "rz/fit.h"
-#include "rz/math_error.h"
 
 namespace glyphline {
 namespace {
 
-// A line counts as circular when a circle explains its origins clearly better than a straight line.
-constexpr double kClearlyBetter = 3.0;      // ratio of the root mean squares
-constexpr double kStraightEnough = 0.75;     // pels of root mean square
-
-double straightDeviation(const std::vector<rzVector<2>>& points) {
-  const rzFLine line = rfLineFit(points, rzLineFitParams(0, 0, HUGE_VAL)).line();
-  const rzVector<2> normal(-std::sin(rzRadian(line.angle()).toDouble()),
-                           std::cos(rzRadian(line.angle()).toDouble()));
-  double squares = 0.0;
-  for (const rzVector<2>& p : points) {
-    const double off = p.dot(normal) - line.distance();
-    squares += off * off;
-  }
-  return std::sqrt(squares / static_cast<double>(points.size()));
-}
-
-double circularDeviation(const std::vector<rzVector<2>>& points) {
-  const rzCircle circle = rfCircleFit(points, rzCircleFitParams(0, 1.0, 0, HUGE_VAL)).circle();
-  double squares = 0.0;
-  for (const rzVector<2>& p : points) {
-    const double off = (p - circle.center()).len() - circle.radius();
-    squares += off * off;
-  }
-  return std::sqrt(squares / static_cast<double>(points.size()));
-}
-
-bool isCircular(const std::vector<rzVector<2>>& points) {
-  if (points.size() < 3) return false;
-  try {
-    const double straight = straightDeviation(points);
-    return straight > kStraightEnough && straight > kClearlyBetter * circularDeviation(points);
-  } catch (const rzMathError::Singular&) {
-    return false;
-  }
-}
-
 rzXform<2> posed(const rzXform<2>& rigid, double scale) {
   return rigid * rzXform<2>(rzMatrix<2>(scale, 0.0, 0.0, scale), rzVector<2>());
+}
+
+// Position k of a line, which is the next one of the text.
+PositionReport positionOf(const ArrangeRequest& request, const rzOCArrangeResults& results,
+                          const rzOCLine& line, const rzXform<2>& linePose, std::size_t i,
+                          std::size_t k) {
+  const rzOCModel& model = *request.alphabet.character(request.keys[i]);
+  PositionReport position;
+  position.key = request.keys[i];
+  position.character = model.name();
+  position.isBlank = model.charType() == rzOCModel::eBlank;
+  position.status = results.statusFlags()[i];
+  position.score = results.scores()[i];
+  if (position.status == rzOCArrangeDefs::eUnknown) return position;
+  position.place =
+      placeOf(model, posed(linePose * line.charPoses()[k].linear(), line.charScales()[k]));
+  if (request.wantsUncertainties) {
+    position.uncertainty = {line.translationUncertainties()[k],
+                            rzDegree(line.rotationUncertainties()[k]).toDouble(),
+                            line.scaleUncertainties()[k]};
+  }
+  return position;
+}
+
+void addLine(ArrangeReport& report, const ArrangeRequest& request,
+             const rzOCArrangeResults& results, std::size_t l) {
+  const rzOCLine& line = *results.arrangement()->lines()[l];
+  const rzXform<2> linePose =
+      results.clientFromArrangementXform() * results.arrangement()->linePoses()[l].linear();
+  LineReport lineReport;
+  std::vector<rzVector<2>> matched;
+  for (std::size_t k = 0; k < line.charPoses().size(); ++k) {
+    const std::size_t i = report.positions.size();
+    PositionReport position = positionOf(request, results, line, linePose, i, k);
+    position.line = static_cast<rzLong>(l);
+    if (k == 0) lineReport.pose = position.place;
+    if (position.status == rzOCArrangeDefs::eMatched) matched.push_back(position.place->origin);
+    lineReport.positions.push_back(static_cast<rzLong>(i));
+    report.positions.push_back(std::move(position));
+  }
+  lineReport.shape = shapeOf(matched);
+  report.lines.push_back(std::move(lineReport));
 }
 
 }  // namespace
@@ -66,46 +67,21 @@ Place placeOf(const rzOCModel& model, const rzXform<2>& pose) {
   return place;
 }
 
-ArrangeReport reportOf(const std::string& image, const rzOCAlphabet& alphabet,
-                       const std::vector<rzLong>& keys, const rzOCArrangeResults& results,
+ArrangeReport reportOf(const ArrangeRequest& request, const rzOCArrangeResults& results,
                        double milliseconds) {
   ArrangeReport report;
-  report.image = image;
+  report.image = request.image;
+  report.isFound = results.isFound();
   report.isTruncated = results.isSearchTruncated();
   report.milliseconds = milliseconds;
   const rzOCLineArrangement& arrangement = *results.arrangement();
   for (std::size_t l = 0; l < arrangement.lines().size(); ++l) {
-    const rzOCLine& line = *arrangement.lines()[l];
-    const rzXform<2> linePose =
-        results.clientFromArrangementXform() * arrangement.linePoses()[l].linear();
-    LineReport lineReport;
-    std::vector<rzVector<2>> origins;
-    for (std::size_t k = 0; k < line.charPoses().size(); ++k) {
-      const std::size_t i = report.positions.size();
-      const rzOCModel& model = *alphabet.character(keys[i]);
-      PositionReport position;
-      position.key = keys[i];
-      position.character = model.name();
-      position.isBlank = model.charType() == rzOCModel::eBlank;
-      position.status = results.statusFlags()[i];
-      position.score = results.scores()[i];
-      position.line = static_cast<rzLong>(l);
-      const Place place =
-          placeOf(model, posed(linePose * line.charPoses()[k].linear(), line.charScales()[k]));
-      if (k == 0) lineReport.pose = place;
-      if (position.status != rzOCArrangeDefs::eUnknown) {
-        position.place = place;
-        origins.push_back(place.origin);
-      }
-      if (!position.isBlank) {
-        ++report.expected;
-        report.matched += position.status == rzOCArrangeDefs::eMatched ? 1 : 0;
-      }
-      lineReport.positions.push_back(static_cast<rzLong>(i));
-      report.positions.push_back(position);
-    }
-    lineReport.isCircular = isCircular(origins);
-    report.lines.push_back(lineReport);
+    addLine(report, request, results, l);
+  }
+  for (const PositionReport& position : report.positions) {
+    if (position.isBlank) continue;
+    ++report.expected;
+    report.matched += position.status == rzOCArrangeDefs::eMatched ? 1 : 0;
   }
   return report;
 }
@@ -117,17 +93,23 @@ bool FindReport::passes() const {
 
 const char* nameOf(rzOCArrangeDefs::CharStatus status) {
   switch (status) {
-    case rzOCArrangeDefs::eMatched: return "matched";
-    case rzOCArrangeDefs::eInferred: return "inferred";
-    default: return "unknown";
+    case rzOCArrangeDefs::eMatched:
+      return "matched";
+    case rzOCArrangeDefs::eInferred:
+      return "inferred";
+    default:
+      return "unknown";
   }
 }
 
 const char* nameOf(rz_OCExtractDefs::Symmetry symmetry) {
   switch (symmetry) {
-    case rz_OCExtractDefs::eRot180Symmetry: return "half-turn";
-    case rz_OCExtractDefs::eAnyAngleSymmetry: return "any";
-    default: return "none";
+    case rz_OCExtractDefs::eRot180Symmetry:
+      return "half-turn";
+    case rz_OCExtractDefs::eAnyAngleSymmetry:
+      return "any";
+    default:
+      return "none";
   }
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "line_shape.h"
 #include "oc/oc.h"
 
 namespace glyphline {
@@ -18,13 +19,20 @@ struct Place {
   rzVector<2> origin;
   double angle = 0.0;  // above -180, up to 180
   double scale = 1.0;
-  rzVector<2> center;               // of the trained area
+  rzVector<2> center;              // of the trained area
   std::array<rzVector<2>, 4> box;  // the trained area's upper left, upper right, lower right, lower
                                    // left corner
 };
 
 /// The place of a character whose pose in the picture is `pose`.
 Place placeOf(const rzOCModel& model, const rzXform<2>& pose);
+
+/// How far a place may be off, either way.
+struct Uncertainty {
+  double translation = 0.0;  // pels
+  double angle = 0.0;        // degrees
+  double scale = 0.0;        // share of the scale
+};
 
 struct PositionReport {
   rzLong key = 0;
@@ -34,16 +42,18 @@ struct PositionReport {
   double score = 0.0;
   rzLong line = 0;
   std::optional<Place> place;  // none for an unknown position
+  std::optional<Uncertainty> uncertainty;
 };
 
 struct LineReport {
-  bool isCircular = false;
+  LineShape shape;  // of its matched characters
   std::vector<rzLong> positions;
-  Place pose;  // origin, angle and scale of its first position
+  std::optional<Place> pose;  // that of its first position
 };
 
 struct ArrangeReport {
   std::string image;
+  bool isFound = false;
   bool isTruncated = false;
   rzLong matched = 0;   // positions that are not blank
   rzLong expected = 0;  // the same, all of them
@@ -54,9 +64,17 @@ struct ArrangeReport {
   bool passes() const { return matched == expected; }
 };
 
-/// The report of an arrangement in a picture whose client coordinates are its pels.
-ArrangeReport reportOf(const std::string& image, const rzOCAlphabet& alphabet,
-                       const std::vector<rzLong>& keys, const rzOCArrangeResults& results,
+/// What was looked for, and where.
+struct ArrangeRequest {
+  std::string image;
+  const rzOCAlphabet& alphabet;
+  const std::vector<rzLong>& keys;
+  bool wantsUncertainties = false;
+};
+
+/// The report of an arrangement in a picture whose client coordinates are its pels. `milliseconds`
+/// is what the library's call took.
+ArrangeReport reportOf(const ArrangeRequest& request, const rzOCArrangeResults& results,
                        double milliseconds);
 
 struct FoundInstance {

@@ -9,8 +9,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Thousandths of a pel and of a degree; more digits only look exact.
-double rounded(double value, double places = 1e4) { return std::round(value * places) / places; }
+// Tenths of a thousandth of a pel or a degree; more digits only look exact.
+double rounded(double value) {
+  constexpr double kPlaces = 1e4;
+  return std::round(value * kPlaces) / kPlaces;
+}
 
 Json jsonOf(const rzVector<2>& v) { return {rounded(v.x()), rounded(v.y())}; }
 
@@ -27,13 +30,16 @@ void addNoPlace(Json& json) {
 }
 
 Json jsonOf(const LineReport& line, std::size_t index) {
-  return {{"index", index},
-          {"shape", line.isCircular ? "circular" : "straight"},
-          {"positions", line.positions},
-          {"pose",
-           {{"x", rounded(line.pose.origin.x())},
-            {"y", rounded(line.pose.origin.y())},
-            {"angle", rounded(line.pose.angle)}}}};
+  Json json{{"index", index},
+            {"shape", line.shape.isCircular ? "circular" : "straight"},
+            {"positions", line.positions},
+            {"pose", nullptr}};
+  if (line.pose) {
+    json["pose"] = {{"x", rounded(line.pose->origin.x())},
+                    {"y", rounded(line.pose->origin.y())},
+                    {"angle", rounded(line.pose->angle)}};
+  }
+  return json;
 }
 
 Json jsonOf(const PositionReport& position, std::size_t index) {
@@ -47,6 +53,11 @@ Json jsonOf(const PositionReport& position, std::size_t index) {
     addPlace(json, *position.place);
   } else {
     addNoPlace(json);
+  }
+  if (position.uncertainty) {
+    json["uncertainty"] = {{"translation", rounded(position.uncertainty->translation)},
+                           {"angle", rounded(position.uncertainty->angle)},
+                           {"scale", rounded(position.uncertainty->scale)}};
   }
   return json;
 }
@@ -73,7 +84,7 @@ std::string dumped(const Json& json) {
 
 std::string jsonOf(const ArrangeReport& report) {
   Json json{{"image", report.image},
-            {"found", true},
+            {"found", report.isFound},
             {"truncated", report.isTruncated},
             {"matched", report.matched},
             {"expected", report.expected},

@@ -41,7 +41,7 @@ void writeTable(std::ostream& out, const ArrangeReport& report) {
   out << "    #  char status    score        x        y    angle   scale\n";
   for (std::size_t l = 0; l < report.lines.size(); ++l) {
     const LineReport& line = report.lines[l];
-    out << "line " << l << (line.isCircular ? ", circular\n" : "\n");
+    out << "line " << l << (line.shape.isCircular ? ", circular\n" : "\n");
     for (const rzLong i : line.positions) {
       const auto index = static_cast<std::size_t>(i);
       writePosition(out, report.positions[index], index);
