@@ -21,7 +21,7 @@ rzPtrHandle_const<rzOCModel> modelOf(const TrainedChar& trained) {
 
 TrainedChar blankOf(char32_t character, double width, const BlankFrame& frame,
                     const std::string& source) {
-  const double box = width - frame.spacing + 2.0 * frame.margin;
+  const double box = width - frame.spacing + frame.margin;
   const auto boxWidth = static_cast<rzLong>(std::max(1.0, std::round(box)));
   TrainedChar blank;
   blank.character = character;
