@@ -122,8 +122,30 @@ struct Picture {
   std::vector<std::pair<char32_t, Placement>> glyphs;
 };
 
+// Takes the share `share` of the ink within `radius` of (x, y) away, from one side.
+void cover(Canvas& canvas, double x, double y, double radius, double degrees, double share) {
+  const rzVector<2> side(1.0, rzDegree(degrees));
+  std::vector<std::pair<double, std::size_t>> pels;
+  double all = 0.0;
+  for (std::size_t i = 0; i < canvas.ink.size(); ++i) {
+    const rzVector<2> d(static_cast<double>(i % static_cast<std::size_t>(canvas.width)) - x,
+                        static_cast<double>(i / static_cast<std::size_t>(canvas.width)) - y);
+    if (canvas.ink[i] <= 0.0F || d.len() > radius) continue;
+    pels.emplace_back(d.dot(side), i);
+    all += static_cast<double>(canvas.ink[i]);
+  }
+  std::sort(pels.begin(), pels.end());
+  double gone = 0.0;
+  for (const auto& [along, i] : pels) {
+    if (gone >= share * all) break;
+    gone += static_cast<double>(canvas.ink[i]);
+    canvas.ink[i] = 0.0F;
+  }
+}
+
 Picture makePicture(const Font& font, const std::u32string& codes, const Look& look,
-                    std::mt19937& random, int width = kWidth, int height = kHeight) {
+                    std::mt19937& random, int width = kWidth, int height = kHeight,
+                    double covered = 0.0) {
   Canvas canvas = emptyCanvas(width, height);
   Picture picture;
   struct Disk {
@@ -153,6 +175,7 @@ Picture makePicture(const Font& font, const std::u32string& codes, const Look& l
       place.x = origin.x();
       place.y = origin.y();
       font.draw(code, place, canvas);
+      if (covered > 0.0) cover(canvas, x, y, r, 360.0 * unit(random), covered);
       picture.glyphs.emplace_back(code, place);
       break;
     }
@@ -254,6 +277,7 @@ struct Setting {
   const char* name;
   double height;
   Look look;
+  double covered = 0.0;
 };
 
 bool verbose = false;
@@ -272,7 +296,8 @@ void runFind(const std::string& file, const Setting& setting, int pictures,
     std::u32string codes = alphabet;
     std::shuffle(codes.begin(), codes.end(), random);
     codes.resize(std::min<std::size_t>(31, codes.size()));
-    const Picture picture = makePicture(font, codes, setting.look, random);
+    const Picture picture =
+        makePicture(font, codes, setting.look, random, kWidth, kHeight, setting.covered);
     const rzCXAlignRunParams params = searchParams(0.4, 3);
     for (std::size_t k = 0; k < std::min<std::size_t>(8, picture.glyphs.size()); ++k) {
       const auto& [code, place] = picture.glyphs[k];
@@ -408,6 +433,7 @@ int main(int argc, char** argv) {
     look = plain;
     look.noise = 8;
     runFind(file, {"noise 8", h, look}, pictures, alphabet);
+    runFind(file, {"a quarter covered", h, plain, 0.25}, pictures, alphabet);
     look = plain;
     look.blur = 1.4;
     runFind(file, {"blur 1.4", h, look}, pictures, alphabet);

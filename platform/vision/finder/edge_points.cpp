@@ -2,6 +2,7 @@
 #include "platform/vision/finder/edge_points.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -14,8 +15,17 @@ namespace {
 constexpr double kWeakest = 0.2;         // of the strong edges' gradient
 constexpr double kStrongShare = 0.1;     // the share of edge points that counts as strong
 constexpr double kWeakestStep = 5.0;     // grey levels of an ideal step
+constexpr double kClose = 0.6;           // pels from a ridge at which it is measured again
+constexpr double kOwnPel = 0.52;         // half a pel, and a little for noise
 constexpr double kShortestPiece = 4.0;   // times the smoothing: shorter ones are noise
 constexpr double kShortestShare = 0.02;  // of all edge points
+
+// R. G. Keys, "Cubic convolution interpolation for digital image processing", 1981.
+std::array<double, 4> cubicWeights(double t) {
+  const double u = 1.0 - t;
+  return {-0.5 * t * u * u, 1.0 - t * t * (2.5 - 1.5 * t), 1.0 - u * u * (2.5 - 1.5 * u),
+          -0.5 * u * t * t};
+}
 
 struct Field {
   int width;
@@ -28,15 +38,22 @@ struct Field {
     return values[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                   static_cast<std::size_t>(x)];
   }
-  // Between the samples; sample (0, 0) lies at (0, 0).
+  // Between the samples, by cubic convolution; sample (0, 0) lies at (0, 0). Straight lines between
+  // them would flatten the ridges.
   Vec2 between(double x, double y) const {
-    const double fx = std::floor(x);
-    const double fy = std::floor(y);
-    const int ix = static_cast<int>(fx);
-    const int iy = static_cast<int>(fy);
-    const Vec2 top = (1.0 - (x - fx)) * at(ix, iy) + (x - fx) * at(ix + 1, iy);
-    const Vec2 bottom = (1.0 - (x - fx)) * at(ix, iy + 1) + (x - fx) * at(ix + 1, iy + 1);
-    return (1.0 - (y - fy)) * top + (y - fy) * bottom;
+    const int ix = static_cast<int>(std::floor(x));
+    const int iy = static_cast<int>(std::floor(y));
+    const std::array<double, 4> wx = cubicWeights(x - ix);
+    const std::array<double, 4> wy = cubicWeights(y - iy);
+    Vec2 sum;
+    for (int j = 0; j < 4; ++j) {
+      Vec2 row;
+      for (int i = 0; i < 4; ++i) {
+        row = row + wx[static_cast<std::size_t>(i)] * at(ix + i - 1, iy + j - 1);
+      }
+      sum = sum + wy[static_cast<std::size_t>(j)] * row;
+    }
+    return sum;
   }
 };
 
@@ -99,6 +116,12 @@ Field gradientField(const PelView& view, double sigma) {
   return field;
 }
 
+// Where a parabola through three even steps has its peak, in steps from the middle one.
+double peakBetween(double before, double here, double after) {
+  const double bend = before - 2.0 * here + after;
+  return bend < 0.0 ? std::clamp(0.5 * (before - after) / bend, -1.0, 1.0) : 0.0;
+}
+
 // The edge point in pel (x, y), if the gradient's magnitude has its ridge there.
 bool ridgeAt(const Field& field, int x, int y, double weakest, EdgePoint& point) {
   const Vec2 g = field.at(x, y);
@@ -108,13 +131,19 @@ bool ridgeAt(const Field& field, int x, int y, double weakest, EdgePoint& point)
   const double before = length(field.between(x - n.x, y - n.y));
   const double after = length(field.between(x + n.x, y + n.y));
   if (here < before || here <= after) return false;
-  const double offset = 0.5 * (before - after) / (before - 2.0 * here + after);
+  double offset = peakBetween(before, here, after);
+  // Ridge points of a straight edge stand once in every row, or every column, that it crosses.
+  const double steepness = std::max(std::abs(n.x), std::abs(n.y));
+  const auto sizeAt = [&](double along) {
+    return length(field.between(x + along * n.x, y + along * n.y));
+  };
+  offset += peakBetween(sizeAt(offset - kClose), sizeAt(offset), sizeAt(offset + kClose)) * kClose;
+  if (std::abs(offset) > kOwnPel * steepness) return false;
   const Vec2 place{x + offset * n.x, y + offset * n.y};
   point.place = place + Vec2{0.5, 0.5};
   point.gradient = field.between(place.x, place.y);
   if (length(point.gradient) <= 0.0) return false;
-  // Ridge points of a straight edge stand in every row or every column that it crosses.
-  point.length = 1.0 / std::max(std::abs(n.x), std::abs(n.y));
+  point.length = 1.0 / steepness;
   return true;
 }
 
