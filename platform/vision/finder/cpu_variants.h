@@ -11,6 +11,8 @@
 // makes scalePlain and scaleWide and calls one of them.
 #pragma once
 
+#include <atomic>
+
 #define RZ_ALWAYS_INLINE inline __attribute__((always_inline))
 
 #if defined(__x86_64__)
@@ -30,10 +32,13 @@
 
 namespace finder {
 
+/// For tests and measurements: false makes all loops run as on a processor without wide vectors.
+inline std::atomic<bool> wideVectorsAllowed{true};
+
 inline bool hasWideVectors() {
 #if defined(__x86_64__)
   static const bool has = __builtin_cpu_supports("avx2") != 0;
-  return has;
+  return has && wideVectorsAllowed.load(std::memory_order_relaxed);
 #else
   return false;
 #endif

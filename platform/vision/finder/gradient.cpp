@@ -45,8 +45,7 @@ RZ_ALWAYS_INLINE void filterRow(const std::int16_t* smooth, const std::int16_t* 
         kSlope1 * (smooth[x + 1] - smooth[x - 1]) + kSlope2 * (smooth[x + 2] - smooth[x - 2]);
     const int gy = kSmooth0 * slope[x] + kSmooth1 * (slope[x - 1] + slope[x + 1]) +
                    kSmooth2 * (slope[x - 2] + slope[x + 2]);
-    out[x].x = static_cast<std::int16_t>((gx + kRound) >> kShift);
-    out[x].y = static_cast<std::int16_t>((gy + kRound) >> kShift);
+    out[x] = Gradient((gx + kRound) >> kShift, (gy + kRound) >> kShift);
   }
 }
 

@@ -22,9 +22,19 @@ struct GreyImage {
   std::vector<std::uint8_t> pels;
 };
 
-struct Gradient {
-  std::int16_t x = 0;
-  std::int16_t y = 0;
+/// Two 16-bit numbers in one word, so that loops can fetch both at once.
+class Gradient {
+ public:
+  constexpr Gradient() = default;
+  constexpr Gradient(int x, int y)
+      : word_(static_cast<std::int32_t>((static_cast<std::uint32_t>(y) << 16) |
+                                        (static_cast<std::uint32_t>(x) & 0xFFFFU))) {}
+
+  constexpr int x() const { return static_cast<std::int16_t>(word_); }
+  constexpr int y() const { return word_ >> 16; }
+
+ private:
+  std::int32_t word_ = 0;
 };
 
 /// How many pels on each side of a pel its gradient looks at.

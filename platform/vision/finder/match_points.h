@@ -29,6 +29,6 @@ void matchPoints(const GradientMap& gradients, const std::vector<ModelPoint>& po
                  std::size_t count, const Pose& pose, const Mat2& map, int range, double least,
                  std::vector<PointMatch>& matches);
 
-inline constexpr int kGreatestRange = 3;
+inline constexpr int kGreatestRange = 2;
 
 }  // namespace finder

@@ -27,7 +27,7 @@ struct UnitRow {
 };
 
 RZ_ALWAYS_INLINE void squaredSizes(const Gradient* row, int width, std::int32_t* out) {
-  for (int x = 0; x < width; ++x) out[x] = row[x].x * row[x].x + row[x].y * row[x].y;
+  for (int x = 0; x < width; ++x) out[x] = row[x].x() * row[x].x() + row[x].y() * row[x].y();
 }
 
 // `size` holds the squared sizes of this row and its neighbours, readable one beyond both ends.
@@ -35,8 +35,8 @@ RZ_ALWAYS_INLINE void unitVectors(const Gradient* row, const std::int32_t* above
                                   const std::int32_t* size, const std::int32_t* below, int width,
                                   std::int32_t floor, std::int16_t* unitX, std::int16_t* unitY) {
   for (int x = 0; x < width; ++x) {
-    const int gx = row[x].x;
-    const int gy = row[x].y;
+    const int gx = row[x].x();
+    const int gy = row[x].y();
     const int ax = gx < 0 ? -gx : gx;
     const int ay = gy < 0 ? -gy : gy;
     // The neighbours across the edge, in the nearest of four directions; 12/5 is near tan(67.5).

@@ -14,7 +14,9 @@ namespace {
 // ordinary print keeps its score while other characters lose theirs: narrower limits cost
 // characters of bad print more than they take from wrong ones.
 constexpr double kNear = 0.2;  // pels between point and edge
-constexpr double kFar = 0.9;
+constexpr double kFar = 0.9;   // less for patterns of a small radius, whose strokes are closer
+constexpr double kFarOfNone = 0.3;
+constexpr double kFarOfRadius = 0.04;
 constexpr double kAlong = 0.96;  // cosine of the angle between their directions
 constexpr double kAcross = 0.8;
 constexpr double kSureContrast = 0.8;  // of the contrast asked for, as an ideal step
@@ -33,8 +35,8 @@ double falling(double value, double from, double to) {
 
 double rising(double value, double from, double to) { return 1.0 - falling(value, from, to); }
 
-double agreementOf(const PointMatch& match, double step, double median) {
-  return falling(std::abs(match.offset), kNear, kFar) * rising(match.cosine, kAcross, kAlong) *
+double agreementOf(const PointMatch& match, double far, double step, double median) {
+  return falling(std::abs(match.offset), kNear, far) * rising(match.cosine, kAcross, kAlong) *
          rising(match.strength, kNoContrast * step, kSureContrast * step) *
          rising(match.strength, kNoStrength * median, kSureStrength * median);
 }
@@ -61,13 +63,14 @@ Assessment assess(const GradientMap& gradients, const Model& model, std::size_t 
   Assessment result;
   const double median = medianStrength(matches);
   if (median <= 0.0) return result;
+  const double far = std::min(kFar, kFarOfNone + kFarOfRadius * model.radius * meanScale(map));
   double sum = 0.0;
   double found = 0.0;
   double all = 0.0;
   for (const PointMatch& m : matches) {
     all += m.weight;
     if (m.strength <= 0.0) continue;
-    const double agreement = agreementOf(m, step, median);
+    const double agreement = agreementOf(m, far, step, median);
     sum += m.weight * agreement;
     if (agreement > kHasPartner) found += m.weight;
   }

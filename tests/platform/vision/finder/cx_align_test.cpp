@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "platform/vision/finder/cpu_variants.h"
 #include "rz/attention.h"
 #include "rz/timeout.h"
 #include "tests/platform/vision/finder/letters.h"
@@ -163,6 +164,19 @@ TEST(PatternFinder, GivesTheBestFirstAndNoMoreThanAskedFor) {
   for (std::size_t i = 0; i < 3; ++i) EXPECT_GT(originOf(all[i]).x(), 60.0);
   EXPECT_THAT(run(pattern, image, openParams(0.2, 2)), SizeIs(2));
   EXPECT_THAT(run(pattern, image, openParams(0.2, 0)), IsEmpty());
+}
+
+TEST(PatternFinder, GivesTheSameBitsWithAndWithoutWideVectors) {
+  const Image image = noisy(scene(kK, letters::pose(71.3, 58.9, 77)), 6.0);
+  const auto wide = run(trained(kK), image, openParams(0.2));
+  finder::wideVectorsAllowed = false;
+  const auto plain = run(trained(kK), image, openParams(0.2));
+  finder::wideVectorsAllowed = true;
+  ASSERT_EQ(wide.size(), plain.size());
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    EXPECT_EQ(wide[i].pose(), plain[i].pose());
+    EXPECT_EQ(wide[i].score(), plain[i].score());
+  }
 }
 
 TEST(PatternFinder, OnePlaceGivesOneResult) {

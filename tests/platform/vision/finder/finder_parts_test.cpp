@@ -53,11 +53,11 @@ TEST(Gradient, OfARampIsTheSameEverywhereInside) {
   }
   const finder::GradientMap map = finder::gradientsOf(viewOf(image), finder::kGradientReach);
   const finder::Gradient middle = map.row(8)[10];
-  EXPECT_NEAR(static_cast<double>(middle.x) / middle.y, 2.0, 0.02);
+  EXPECT_NEAR(static_cast<double>(middle.x()) / middle.y(), 2.0, 0.02);
   for (int y = 2; y < 14; ++y) {
     for (int x = 2; x < 18; ++x) {
-      EXPECT_EQ(map.row(y)[x].x, middle.x);
-      EXPECT_EQ(map.row(y)[x].y, middle.y);
+      EXPECT_EQ(map.row(y)[x].x(), middle.x());
+      EXPECT_EQ(map.row(y)[x].y(), middle.y());
     }
   }
 }
@@ -74,7 +74,7 @@ TEST(Gradient, IsNullWithinReachOfMaskedPels) {
   for (int y = 0; y < map.height; ++y) {
     for (int x = 0; x < map.width; ++x) {
       const bool isNear = std::abs(x - 12) <= 2 && std::abs(y - 20) <= 2;
-      EXPECT_EQ(map.row(y)[x].x, isNear ? 0 : open.row(y)[x].x);
+      EXPECT_EQ(map.row(y)[x].x(), isNear ? 0 : open.row(y)[x].x());
     }
   }
 }
