@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "oc/alphabet.h"
+#include "oc/alphabet_report.h"
 #include "oc/oc/compile_row.h"
 #include "rz/attention.h"
 #include "rz/diag.h"
@@ -31,6 +32,9 @@ void rzOCAlphabet::compile(rzDiagObject* diagObject, rzULong diagFlags) {
   const auto records = [&](rzDiagDefs::What what) {
     return diagObject != nullptr && rzDiagObject::shouldRecord(diagFlags, what);
   };
+  if (records(rzDiagDefs::eInputs)) {
+    rf_AddAlphabet(diagObject, this, "Alphabet Compilation Input", true);
+  }
   if (!compiled_) {
     mutating();
     const rzLong side = std::max<rzLong>(1, numChars());
@@ -43,6 +47,9 @@ void rzOCAlphabet::compile(rzDiagObject* diagObject, rzULong diagFlags) {
   }
   if (records(rzDiagDefs::eDetails)) {
     diagObject->newDiagRecord()->recordAnnotation("Alphabet Compilation Details");
+  }
+  if (records(rzDiagDefs::eResults)) {
+    rf_AddAlphabet(diagObject, this, "Alphabet Compilation Results", false);
   }
 }
 
