@@ -4,6 +4,7 @@
 #include <array>
 
 #include "oc/arrange.h"
+#include "oc/arrange/arrange_diagnostics.h"
 #include "oc/arrange/arrange_records.h"
 #include "oc/arrange/assign_positions.h"
 #include "oc/arrange/build_arrangement.h"
@@ -72,6 +73,9 @@ void rfOCArrange_(const Image& image, const Image& mask, const rzOCAlphabet& alp
   image.requireBound();
   requireFittingMask(image, mask);
   requireKnownKeys(alphabet, targetKeys);
+  if (diag && rzDiagObject::shouldRecord(flags, rzDiagDefs::eInputs)) {
+    rf_RecordArrangeInputs(image, mask, alphabet, targetKeys, params, diag);
+  }
 
   // The alphabet may be that of the last results and live by them alone.
   const rzPtrHandle_const<rzOCLineArrangement> lastArrangement = results.arrangement();
@@ -97,10 +101,10 @@ void rfOCArrange_(const Image& image, const Image& mask, const rzOCAlphabet& alp
       rf_SearchPaths(image, targetKeys, charData, poses, scores, params, path);
   results.isSearchTruncated_ = !(isSearchComplete && isPathComplete);
 
-  // Whether the path is valid to the end does not matter to what follows.
+  // Whether the path is valid to the end matters to the record of its cost alone.
   rz_ArrangeCost cost;
-  rf_EvaluatePath(path, targetKeys, charData, poses, scores, params, rf_IsLeftHanded(image), true,
-                  cost);
+  const bool isValid = rf_EvaluatePath(path, targetKeys, charData, poses, scores, params,
+                                       rf_IsLeftHanded(image), true, cost);
   std::vector<rz_Pose> positionPoses;
   rf_AssignPositions(poses, scores, path, cost, charData, params, positionPoses, results.scores_,
                      results.statusFlags_);
@@ -110,6 +114,12 @@ void rfOCArrange_(const Image& image, const Image& mask, const rzOCAlphabet& alp
                       params.compPoseUncertainties(), results.arrangement_,
                       results.clientFromArrangementXform_);
   results.isFound_ = true;
+
+  if (details && isValid) {
+    rf_RecordArrangeCosts(image, *ownAlphabet, targetKeys, charData, positionPoses, results.scores_,
+                          results.statusFlags_, path, cost, details);
+  }
+  rf_RecordArrangeOutputs(image, targetKeys, *ownAlphabet, results, diag, flags);
 }
 
 void rfOCArrange(const Image& image, const rzOCAlphabet& alphabet,
