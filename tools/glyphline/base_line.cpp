@@ -15,30 +15,29 @@ double medianOf(std::vector<double> values) {
   return *middle;
 }
 
-double centreX(const rzPelRect& box) { return box.x() + 0.5 * box.width(); }
-double bottom(const rzPelRect& box) { return box.y() + box.height(); }
+double centreX(const rzRect& box) { return box.x() + 0.5 * box.width(); }
+double bottom(const rzRect& box) { return box.y() + box.height(); }
 
 // Beside each other: they share rows for at least a third of the lower one.
-bool shareRows(const rzPelRect& a, const rzPelRect& b) {
-  const rzLong common = std::min(a.y() + a.height(), b.y() + b.height()) - std::max(a.y(), b.y());
+bool shareRows(const rzRect& a, const rzRect& b) {
+  const double common = std::min(a.y() + a.height(), b.y() + b.height()) - std::max(a.y(), b.y());
   return 3 * common >= std::min(a.height(), b.height());
 }
 
 // Close enough to be neighbours of one line: within a few heights.
-bool areNear(const rzPelRect& a, const rzPelRect& b) {
-  constexpr rzLong kReach = 4;  // heights of the larger one
-  const rzLong gap = std::max(a.x(), b.x()) - std::min(a.x() + a.width(), b.x() + b.width());
+bool areNear(const rzRect& a, const rzRect& b) {
+  constexpr double kReach = 4;  // heights of the larger one
+  const double gap = std::max(a.x(), b.x()) - std::min(a.x() + a.width(), b.x() + b.width());
   return gap <= kReach * std::max(a.height(), b.height());
 }
 
 }  // namespace
 
-std::vector<std::vector<std::size_t>> printedLines(const std::vector<rzPelRect>& boxes) {
+std::vector<std::vector<std::size_t>> printedLines(const std::vector<rzRect>& boxes) {
   std::vector<std::size_t> order(boxes.size());
   for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-  std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return centreX(boxes[a]) < centreX(boxes[b]);
-  });
+  std::sort(order.begin(), order.end(),
+            [&](std::size_t a, std::size_t b) { return centreX(boxes[a]) < centreX(boxes[b]); });
   std::vector<std::vector<std::size_t>> lines;
   for (const std::size_t i : order) {
     const auto joins = [&](const std::vector<std::size_t>& line) {
@@ -59,7 +58,7 @@ std::vector<std::vector<std::size_t>> printedLines(const std::vector<rzPelRect>&
   return lines;
 }
 
-BaseLine fitBaseLine(const std::vector<rzPelRect>& boxes) {
+BaseLine fitBaseLine(const std::vector<rzRect>& boxes) {
   std::vector<double> slopes;
   for (std::size_t i = 0; i < boxes.size(); ++i) {
     for (std::size_t k = i + 1; k < boxes.size(); ++k) {
@@ -71,7 +70,7 @@ BaseLine fitBaseLine(const std::vector<rzPelRect>& boxes) {
   BaseLine line;
   if (!slopes.empty()) line.slope = medianOf(std::move(slopes));
   std::vector<double> offsets;
-  for (const rzPelRect& box : boxes) offsets.push_back(bottom(box) - line.slope * centreX(box));
+  for (const rzRect& box : boxes) offsets.push_back(bottom(box) - line.slope * centreX(box));
   line.offset = medianOf(std::move(offsets));
   return line;
 }

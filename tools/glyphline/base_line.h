@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "rz/pel_rect.h"
+#include "rz/rect.h"
 
 namespace glyphline {
 
@@ -20,11 +20,11 @@ struct BaseLine {
 
 /// Groups boxes that stand beside each other into printed lines; indices, each line from left to
 /// right.
-std::vector<std::vector<std::size_t>> printedLines(const std::vector<rzPelRect>& boxes);
+std::vector<std::vector<std::size_t>> printedLines(const std::vector<rzRect>& boxes);
 
 /// The line through the bottoms of the boxes of one printed line. Median slope and offset (P. Sen,
 /// "Estimates of the regression coefficient based on Kendall's tau", JASA 63, 1968), so that
 /// descenders and raised marks, as long as they are fewer than half, hang below or stand above.
-BaseLine fitBaseLine(const std::vector<rzPelRect>& boxes);
+BaseLine fitBaseLine(const std::vector<rzRect>& boxes);
 
 }  // namespace glyphline

@@ -2,6 +2,8 @@
 #include "box_train.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <string_view>
 
 #include "base_line.h"
 #include "cut_out.h"
@@ -10,7 +12,8 @@
 namespace glyphline {
 namespace {
 
-constexpr double kWidestSpacing = 0.6;  // of the print's height
+constexpr double kWidestSpacing = 0.6;     // of the print's height
+constexpr std::size_t kMostCompared = 60;  // prints of one character; each is compared with each
 
 /// All prints of one character.
 struct Prints {
@@ -18,18 +21,29 @@ struct Prints {
   std::vector<TrainedChar> prints;
 };
 
-// Each box's distance of the base line from the top of the picture, at the box's middle.
-std::vector<double> baseLines(const std::vector<rzPelRect>& boxes) {
-  std::vector<double> heights(boxes.size(), 0.0);
-  for (const std::vector<std::size_t>& line : printedLines(boxes)) {
-    std::vector<rzPelRect> members;
-    for (const std::size_t i : line) members.push_back(boxes[i]);
-    const BaseLine base = fitBaseLine(members);
+// Characters that in most faces do not stand on the base line: they hang below it or float above.
+bool stands(char32_t character) {
+  constexpr std::u32string_view kNotStanding =
+      U"gjpqyJQ,;()[]{}|/"
+      U"\\@$_'\"`^~*+-=<>\u00B0\u00B5\u00DF\u00E7\u2013\u2014\u2018\u2019\u201C\u201D";
+  return kNotStanding.find(character) == std::u32string_view::npos;
+}
+
+// How far down the picture the base line runs under each box, at the box's middle.
+std::vector<double> baseLines(const std::vector<rzRect>& inks, const std::vector<Box>& boxes) {
+  std::vector<double> depths(inks.size(), 0.0);
+  for (const std::vector<std::size_t>& line : printedLines(inks)) {
+    std::vector<rzRect> members;
     for (const std::size_t i : line) {
-      heights[i] = base.at(boxes[i].x() + 0.5 * boxes[i].width());
+      if (stands(boxes[i].character)) members.push_back(inks[i]);
     }
+    if (members.empty()) {
+      for (const std::size_t i : line) members.push_back(inks[i]);
+    }
+    const BaseLine base = fitBaseLine(members);
+    for (const std::size_t i : line) depths[i] = base.at(inks[i].center().x());
   }
-  return heights;
+  return depths;
 }
 
 double medianOf(std::vector<double> values) {
@@ -49,28 +63,38 @@ Prints& printsOf(std::vector<Prints>& all, char32_t character) {
 
 void addPicture(const BoxedPicture& boxed, const BoxTraining& training, std::vector<Prints>& all) {
   std::vector<CutOut> cuts;
-  std::vector<rzPelRect> inks;
+  std::vector<rzRect> inks;
   for (const Box& box : boxed.boxes) {
     cuts.push_back(cutOut(boxed.picture, box.rect, training.margin, training.polarity));
     inks.push_back(cuts.back().ink);
   }
-  const std::vector<double> heights = baseLines(inks);
+  const std::vector<double> depths = baseLines(inks, boxed.boxes);
   for (std::size_t i = 0; i < cuts.size(); ++i) {
     TrainedChar trained;
     trained.character = boxed.boxes[i].character;
     trained.image = cuts[i].image;
     trained.area = cuts[i].image.window();
-    trained.origin = rzVector<2>(0.5 * trained.area.width(),
-                                 heights[i] - inks[i].y() + training.margin);
-    trained.source = boxed.name;
+    trained.origin = rzVector<2>(0.5 * trained.area.width(), depths[i] - cuts[i].corner.y());
+    trained.source = std::filesystem::path(boxed.name).filename().string();
     printsOf(all, trained.character).prints.push_back(trained);
   }
 }
 
-const TrainedChar& typicalOf(const Prints& prints) {
+// How far the base line runs above the lower side of the trained area.
+double rise(const TrainedChar& print) { return print.area.height() - print.origin.y(); }
+
+// The most typical print. Its base line is the usual one of all prints, which is surer than the one
+// of its own line where paper is warped.
+TrainedChar typicalOf(const Prints& prints) {
   std::vector<rzPelBuffer<unsigned char>> images;
-  for (const TrainedChar& print : prints.prints) images.push_back(print.image);
-  return prints.prints[mostTypical(images)];
+  std::vector<double> rises;
+  for (const TrainedChar& print : prints.prints) {
+    if (images.size() < kMostCompared) images.push_back(print.image);
+    rises.push_back(rise(print));
+  }
+  TrainedChar typical = prints.prints[mostTypical(images)];
+  typical.origin.y(typical.area.height() - medianOf(rises));
+  return typical;
 }
 
 }  // namespace
@@ -87,9 +111,9 @@ BlankFrame blankFrameOf(const BoxTraining& training) {
   std::vector<double> heights;
   std::vector<double> gaps;
   for (const BoxedPicture& boxed : training.pictures) {
-    std::vector<rzPelRect> rects;
-    for (const Box& box : boxed.boxes) rects.push_back(box.rect);
-    for (const rzPelRect& rect : rects) heights.push_back(rect.height());
+    std::vector<rzRect> rects;
+    for (const Box& box : boxed.boxes) rects.emplace_back(box.rect);
+    for (const rzRect& rect : rects) heights.push_back(rect.height());
     for (const std::vector<std::size_t>& line : printedLines(rects)) {
       for (std::size_t k = 1; k < line.size(); ++k) {
         gaps.push_back(rects[line[k]].x() - rects[line[k - 1]].ur().x());

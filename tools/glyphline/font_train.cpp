@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
 
 #include "char_list.h"
@@ -58,6 +59,10 @@ void loadGlyph(FT_Face face, char32_t character, FT_Int32 flags, const std::stri
   }
 }
 
+std::string sourceOf(const FontTraining& training) {
+  return std::filesystem::path(training.file).filename().string();
+}
+
 double capHeight(FT_Face face, double size) {
   const FT_UInt index = FT_Get_Char_Index(face, U'H');
   if (index == 0 || FT_Load_Glyph(face, index, FT_LOAD_NO_HINTING) != 0) {
@@ -92,7 +97,7 @@ BlankFrame blankFrameOf(FT_Face face, const FontTraining& training) {
 TrainedChar blankFrom(FT_Face face, char32_t character, const FontTraining& training) {
   loadGlyph(face, character, FT_LOAD_DEFAULT, training.file);
   const double advance = static_cast<double>(face->glyph->metrics.horiAdvance) / kFixed;
-  return blankOf(character, advance, blankFrameOf(face, training), training.file);
+  return blankOf(character, advance, blankFrameOf(face, training), sourceOf(training));
 }
 
 unsigned char printed(unsigned char coverage, bool isLight) {
@@ -139,7 +144,7 @@ TrainedChar glyphFrom(FT_Face face, char32_t character, const FontTraining& trai
   const rzLong margin = training.margin;
   TrainedChar trained;
   trained.character = character;
-  trained.source = training.file;
+  trained.source = sourceOf(training);
   trained.area = rzPelRect(0, 0, ink.width + 2 * margin, ink.height + 2 * margin);
   trained.image = rzPelBuffer<unsigned char>(trained.area, 32);
   rfPelSet(trained.image, printed(0, isLight));

@@ -9,7 +9,7 @@ using glyphline::BaseLine;
 
 TEST(BaseLine, LetsDescendersHangBelowAndDashesStandAbove) {
   // a p - x g y o on a line that falls by a pel in twenty
-  std::vector<rzPelRect> boxes;
+  std::vector<rzRect> boxes;
   const rzLong drops[] = {0, 5, -6, 0, 5, 0, 0};
   for (rzLong i = 0; i < 7; ++i) {
     const rzLong foot = 100 + i + drops[i];
@@ -22,11 +22,11 @@ TEST(BaseLine, LetsDescendersHangBelowAndDashesStandAbove) {
 }
 
 TEST(BaseLine, OfOneBoxIsItsFoot) {
-  EXPECT_EQ(glyphline::fitBaseLine({rzPelRect(3, 4, 5, 6)}).at(77.0), 10.0);
+  EXPECT_EQ(glyphline::fitBaseLine({rzRect(3, 4, 5, 6)}).at(77.0), 10.0);
 }
 
 TEST(PrintedLines, AreToldApartAndRunFromLeftToRight) {
-  const std::vector<rzPelRect> boxes{{40, 0, 10, 20}, {0, 30, 10, 20},  {0, 1, 10, 20},
+  const std::vector<rzRect> boxes{{40, 0, 10, 20}, {0, 30, 10, 20},  {0, 1, 10, 20},
                                      {20, 32, 10, 18}, {20, 12, 4, 8}, {500, 0, 10, 20}};
   const std::vector<std::vector<std::size_t>> lines = glyphline::printedLines(boxes);
   const std::vector<std::vector<std::size_t>> expected{{1, 3}, {2, 4, 0}, {5}};
