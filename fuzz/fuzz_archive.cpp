@@ -22,13 +22,27 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::vector<std::uint8_t> bytes(data + 1, data + size);
   try {
     switch (data[0] % 7) {
-      case 0: load<rzOCAlphabet>(bytes); break;
-      case 1: load<rzOCModel>(bytes); break;
-      case 2: load<rzOCKeySet>(bytes); break;
-      case 3: load<rzOCLine>(bytes); break;
-      case 4: load<rzOCLineArrangement>(bytes); break;
-      case 5: load<rzOCArrangeParams>(bytes); break;
-      default: load<rzOCArrangeResults>(bytes); break;
+      case 0:
+        load<rzOCAlphabet>(bytes);
+        break;
+      case 1:
+        load<rzOCModel>(bytes);
+        break;
+      case 2:
+        load<rzOCKeySet>(bytes);
+        break;
+      case 3:
+        load<rzOCLine>(bytes);
+        break;
+      case 4:
+        load<rzOCLineArrangement>(bytes);
+        break;
+      case 5:
+        load<rzOCArrangeParams>(bytes);
+        break;
+      default:
+        load<rzOCArrangeResults>(bytes);
+        break;
     }
   } catch (const rzException&) {
     // A refused input is an answer.

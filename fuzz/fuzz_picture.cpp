@@ -40,8 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Input input(data, size);
   try {
     const auto image = input.picture();
-    const rzPtrHandle<rzOCModel> model(new rzOCModel(
-        'A', image, image.window(), rzOCModel::eNormal, "A", "fuzzed"));
+    const rzPtrHandle<rzOCModel> model(
+        new rzOCModel('A', image, image.window(), rzOCModel::eNormal, "A", "fuzzed"));
     const rzOCAlphabet alphabet(std::vector{model}, 0.5, false, "fuzzed");
     rzOCArrangeParams params;
     params.minMatchScore(input.next() / 255.0);

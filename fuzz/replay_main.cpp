@@ -15,7 +15,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::size_t kMostCuts = 512;  // copies of one file that end early
+constexpr std::size_t kMostCuts = 512;   // copies of one file that end early
 constexpr std::size_t kMostBends = 512;  // copies of one file with one byte changed
 
 Bytes contentOf(const std::filesystem::path& path) {

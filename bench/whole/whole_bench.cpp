@@ -81,8 +81,8 @@ BENCHMARK(Train)->Unit(benchmark::kMillisecond);
 
 void FindOne(benchmark::State& state) {
   const bool isFresh = state.range(2) != 0;
-  const auto image = printed(textOf(20), static_cast<int>(state.range(0)),
-                             static_cast<int>(state.range(1)));
+  const auto image =
+      printed(textOf(20), static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
   rzCXAlignPattern pattern;
   pattern.train(modelOf('R')->image(), 3);
   rzCXAlignRunParams kept;

@@ -11,15 +11,14 @@
 
 namespace {
 
-constexpr double kMarginDegrees = 2.0;       // turned further than the search will turn
+constexpr double kMarginDegrees = 2.0;        // turned further than the search will turn
 constexpr double kRoundingTolerance = 1e-11;  // relative
-constexpr auto kBilinear = static_cast<rzAffineSamplingParams::Interpolation>(2);
+constexpr rzLong kMostSamples = 32767;        // on a side of a patch
 
 rzPelRect grown(const rzPelRect& window) {
   const rzLong dx = rf_RoundDown(window.width() / 3.0, kRoundingTolerance);
   const rzLong dy = rf_RoundDown(window.height() / 3.0, kRoundingTolerance);
-  rzPelRect rect = window;
-  return rect.trim(-dx, -dx, -dy, -dy, false);
+  return window.trim(-dx, -dx, -dy, -dy, false);
 }
 
 }  // namespace
@@ -35,10 +34,11 @@ bool rf_SampleCharRegion(rzPelBuffer<unsigned char>& region,
   for (const rzPelRect& rect : {grown(window), window}) {
     const rzPelRect swept =
         rf_SweptRect(rect, rzDegree(rotationUncertainty + kMarginDegrees), scaleUncertainty);
+    if (swept.width() > kMostSamples || swept.height() > kMostSamples) continue;
     const rzXform<2> placed = pose * clientFromImage;
-    const rzAffineSamplingParams sampling(rf_MapRect(swept, &placed),
-                                          static_cast<std::int16_t>(swept.width()),
-                                          static_cast<std::int16_t>(swept.height()), kBilinear);
+    const rzAffineSamplingParams sampling(
+        rf_MapRect(swept, &placed), static_cast<std::int16_t>(swept.width()),
+        static_cast<std::int16_t>(swept.height()), rzAffineSamplingParams::eBilinear);
     if (sampling.willClip(whole)) continue;
     region = rfAffineTransformImage(whole, sampling);
     rf_SetOffset(region, {rect.ul().x(), rect.ul().y()});

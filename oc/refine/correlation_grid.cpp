@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr auto kBilinear = static_cast<rzAffineSamplingParams::Interpolation>(2);
+constexpr auto kBilinear = rzAffineSamplingParams::eBilinear;
 constexpr double kOverlap = 0.3;  // of two results of one template
 
 rzNrmSearchRunParams correlationParams(const rz_RSISearchRunParams& params) {
@@ -32,7 +32,7 @@ void rz_SearchResult2::init() {
 }
 
 const rz_SearchInstance& rz_SearchResult2::instance_(rzLong i) const {
-  if (i >= numInstances()) throw rz_OCExtractDefs::rz_OCExtractError("Refine error");
+  if (i < 0 || i >= numInstances()) throw rz_OCExtractDefs::rz_OCExtractError("Refine error");
   return instances_[static_cast<std::size_t>(i)];
 }
 
@@ -63,8 +63,7 @@ rzRSINrmSearchModel::rzRSINrmSearchModel(const rzPelBuffer_const<unsigned char>&
 
 void rzRSINrmSearchModel::run(const rzPelBuffer_const<unsigned char>& image,
                               const rz_RSISearchRunParams& params,
-                              rzPtrHandle<rz_SearchResult2>& result, rzDiagObject*,
-                              rzULong) const {
+                              rzPtrHandle<rz_SearchResult2>& result, rzDiagObject*, rzULong) const {
   rzTimer timer(false);
   timer.start();
   if (result.isNull()) {
@@ -91,7 +90,7 @@ void rzRSINrmSearchModel::run(const rzPelBuffer_const<unsigned char>& image,
   std::stable_sort(
       instances.begin(), instances.end(),
       [](const rz_SearchInstance& a, const rz_SearchInstance& b) { return a.score > b.score; });
-  if (result->numInstances() > params.maxNumResults) {
+  if (params.maxNumResults >= 0 && result->numInstances() > params.maxNumResults) {
     instances.resize(static_cast<std::size_t>(params.maxNumResults));
   }
   result->found_ = !instances.empty();
@@ -104,9 +103,9 @@ void rzRSINrmSearchModel::place_(const rzPelBuffer_const<unsigned char>& image,
                                  rz_SearchInstance& instance) const {
   const rzXform<2> placed =
       image.clientFromImageXform() * xforms_[static_cast<std::size_t>(instance.modelIndex)];
-  instance.pose = rzXform<2>(
-      rzMatrix<2>(placed.xRot(), placed.yRot(), placed.xScale(), placed.yScale()),
-      instance.location);
+  instance.pose =
+      rzXform<2>(rzMatrix<2>(placed.xRot(), placed.yRot(), placed.xScale(), placed.yScale()),
+                 instance.location);
   const rzAffineRectangle window(rzVector<2>(window_.ul()), window_.width(), window_.height(),
                                  rzRadian(0.0), rzRadian(0.0));
   instance.affRect = window.map(instance.pose);

@@ -40,10 +40,10 @@ struct rz_SearchInstance {
       : score(result.score()), location(result.location()), modelIndex(index) {}
 
   double score = 0.0;
-  rzXform<2> pose;             // of the model in the searched image
-  rzAffineRectangle affRect;   // the model's window carried by the pose
-  rzVector<2> location;        // as the correlation gave it
-  rzLong modelIndex = 0;       // which template of the grid
+  rzXform<2> pose;            // of the model in the searched image
+  rzAffineRectangle affRect;  // the model's window carried by the pose
+  rzVector<2> location;       // as the correlation gave it
+  rzLong modelIndex = 0;      // which template of the grid
 };
 
 /// What one run found, best score first.

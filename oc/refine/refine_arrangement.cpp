@@ -3,6 +3,7 @@
 
 #include "oc/refine/char_region.h"
 #include "oc/refine/correlation_grid.h"
+#include "rz/assert.h"
 #include "rz/timeout.h"
 
 namespace {
@@ -15,8 +16,7 @@ rz_RSISearchModelParams gridParams() {
   rz_RSISearchModelParams params;
   params.angleRange = rzRange(-kRotationUncertainty, kRotationUncertainty);
   params.angleStep = 0.5;
-  params.scaleRange =
-      rzRange(1.0 - kScaleUncertainty, 1.0 + kScaleUncertainty + kScaleStep * 0.5);
+  params.scaleRange = rzRange(1.0 - kScaleUncertainty, 1.0 + kScaleUncertainty + kScaleStep * 0.5);
   params.scaleStep = kScaleStep;
   params.baseScale = 1.0;
   return params;
@@ -63,9 +63,9 @@ void refinePosition(const rzPelBuffer_const<unsigned char>& image,
 }
 
 /// Positions from `first` on that bear the key and are inferred.
-std::vector<std::size_t> inferredPositions(
-    const std::vector<rzLong>& keys, const std::vector<rzOCArrangeDefs::CharStatus>& statuses,
-    std::size_t first) {
+std::vector<std::size_t> inferredPositions(const std::vector<rzLong>& keys,
+                                           const std::vector<rzOCArrangeDefs::CharStatus>& statuses,
+                                           std::size_t first) {
   std::vector<std::size_t> found;
   for (std::size_t j = first; j < keys.size(); ++j) {
     if (keys[j] == keys[first] && statuses[j] == rzOCArrangeDefs::eInferred) found.push_back(j);
@@ -80,6 +80,9 @@ void rf_RefineArrangement(const rzPelBuffer_const<unsigned char>& image,
                           const std::vector<rzLong>& keys, std::vector<rz_Pose>& poses,
                           std::vector<rzOCArrangeDefs::CharStatus>& statuses,
                           std::vector<double>& scores, rzDiagObject*, rzULong) {
+  rstd_assert_(alphabet.isBound() && poses.size() == keys.size() &&
+                   statuses.size() == keys.size() && scores.size() == keys.size(),
+               __LINE__);
   Positions positions{poses, statuses, scores};
   std::vector<bool> done(keys.size(), false);
   for (std::size_t i = 0; i < keys.size(); ++i) {

@@ -29,8 +29,8 @@ TEST(SweptRect, HoldsEveryCornerOfTheTurnedAndEnlargedRectangle) {
   const rzPelRect swept = rf_SweptRect(rect, rzDegree(5.0), 0.05);
   for (double degrees = -5.0; degrees <= 5.0; degrees += 0.5) {
     const rzXform<2> turn(rzVector<2>(), 1.05, 1.0, rzRadian(0.0), rzDegree(degrees));
-    for (const rzVector<2> corner : {rzVector<2>(-15, -20), rzVector<2>(15, -20),
-                                     rzVector<2>(15, 20), rzVector<2>(-15, 20)}) {
+    for (const rzVector<2> corner :
+         {rzVector<2>(-15, -20), rzVector<2>(15, -20), rzVector<2>(15, 20), rzVector<2>(-15, 20)}) {
       const rzVector<2> p = centre + turn * corner;
       EXPECT_GE(p.x(), swept.ul().x());
       EXPECT_GE(p.y(), swept.ul().y());
@@ -61,7 +61,8 @@ TEST(CharRegion, IsCutWithoutTheExtraThirdNearTheBorderAndNotAtAllOutside) {
     rzLong width;  // of the region; 0: none
   };
   // Grown by a third the window has 40 pels, 46 when swept; bare it has 24, 28 when swept.
-  for (const Row& row : {Row{"middle", 40, 46}, Row{"near the border", 18, 28}, Row{"outside", 5, 0}}) {
+  for (const Row& row :
+       {Row{"middle", 40, 46}, Row{"near the border", 18, 28}, Row{"outside", 5, 0}}) {
     SCOPED_TRACE(row.name);
     rzPelBuffer<unsigned char> region;
     const rzXform<2> pose(rzMatrix<2>(), rzVector<2>(row.x, 40));

@@ -77,11 +77,11 @@ TEST(RefineArrangement, ConfirmsAnInferredCharacterThatIsThere) {
 TEST(RefineArrangement, LeavesEveryOtherPositionExactlyAsItIs) {
   Row row;
   row.add(kF, 50.0, rzOCArrangeDefs::eMatched);
-  row.add(kR, 100.0, rzOCArrangeDefs::eInferred);   // another letter stands there
+  row.add(kR, 100.0, rzOCArrangeDefs::eInferred);  // another letter stands there
   row.add(kF, 100.0, rzOCArrangeDefs::eUnknown);
   row.add(kSpace, 100.0, rzOCArrangeDefs::eInferred);
-  row.add(kF, 150.0, rzOCArrangeDefs::eInferred);   // nothing stands there
-  row.add(kF, 198.0, rzOCArrangeDefs::eInferred);   // the patch would leave the image
+  row.add(kF, 150.0, rzOCArrangeDefs::eInferred);  // nothing stands there
+  row.add(kF, 198.0, rzOCArrangeDefs::eInferred);  // the patch would leave the image
   const Row before = row;
   row.refine();
   EXPECT_EQ(row.statuses, before.statuses);
