@@ -3,7 +3,8 @@
 // Measures the pattern finder on synthetic pictures: how many characters it finds, how exactly, how
 // they score, what it takes for a character that it is not, and how long it takes.
 //
-//   finder_sweep [--pictures N] [--font FILE] [--what all|find|pairs|speed|steps]
+//   finder_sweep [--pictures N] [--font FILE] [--what all|find|looks|pairs|speed]
+//                [--height PELS] [--mixed] [--train-blur SIGMA] [-v]
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -14,8 +15,11 @@
 #include <vector>
 
 #include "bench/finder/scene.h"
+#include "platform/vision/finder/cpu_variants.h"
 #include "rz/angle.h"
+#include "rz/attention.h"
 #include "rz/cx_align.h"
+#include "rz/timeout.h"
 
 namespace {
 
@@ -399,6 +403,73 @@ void runPairs(const std::string& file, double height, const std::u32string& alph
   std::fflush(stdout);
 }
 
+double millisecondsOf(int times, const auto& work) {
+  const double before = seconds();
+  for (int i = 0; i < times; ++i) work();
+  return 1e3 * (seconds() - before) / times;
+}
+
+// One search, its parts, and the effect of closed or narrow zones.
+void runSpeed(const std::string& file, double height, int width, int depth) {
+  const Font font(file, Font::sizeForCapHeight(file, height));
+  std::mt19937 random(11);
+  const Picture picture = makePicture(font, kCapitals.substr(0, 31), Look(), random, width, depth);
+  const std::u32string wanted = U"ABKR5";
+  std::vector<Trained> trained;
+  const double training = millisecondsOf(1, [&] {
+    for (const char32_t code : wanted) trained.push_back(trainGlyph(font, code, 0.0));
+  });
+  for (const bool wide : {true, false}) {
+    finder::wideVectorsAllowed = wide;
+    const auto searchAll = [&](const rzCXAlignRunParams& params) {
+      rzCXAlignResultSet set;
+      for (const Trained& t : trained) t.pattern.run(picture.image, params, set);
+    };
+    constexpr int kTimes = 5;
+    const double fresh = millisecondsOf(kTimes, [&] { searchAll(searchParams(0.4, 3)); });
+    const rzCXAlignRunParams warm = searchParams(0.4, 3);
+    searchAll(warm);
+    const double full = millisecondsOf(kTimes, [&] { searchAll(warm); });
+    rzCXAlignRunParams closed = searchParams(0.4, 3);
+    closed.zoneEnable(1);
+    searchAll(closed);
+    const double oneScale = millisecondsOf(kTimes, [&] { searchAll(closed); });
+    closed.zone(rz_CXDefs::eAngle, -18.0, 18.0);
+    const double narrow = millisecondsOf(kTimes, [&] { searchAll(closed); });
+    const auto count = static_cast<double>(wanted.size());
+    std::printf(
+        "speed %dx%d h%.0f %s: training %.2f ms, picture %.2f ms, search %.2f ms, one scale %.2f "
+        "ms, one scale and a tenth of the turn %.2f ms\n",
+        width, depth, height, wide ? "wide" : "plain", training / count, fresh - full, full / count,
+        oneScale / count, narrow / count);
+  }
+  finder::wideVectorsAllowed = true;
+}
+
+// How much longer than its limit a run takes on a large picture.
+void runLimits(const std::string& file) {
+  const Font font(file, Font::sizeForCapHeight(file, 30.0));
+  std::mt19937 random(5);
+  const Picture picture = makePicture(font, kCapitals, Look(), random, 4000, 3000);
+  const Trained t = trainGlyph(font, U'R', 0.0);
+  for (const double limit : {0.0, 0.001, 0.005, 0.05, 0.1, 0.2}) {
+    rzCXAlignResultSet set;
+    const auto start = std::chrono::steady_clock::now();
+    bool isStopped = false;
+    try {
+      rzAttentionTag tag(true);
+      tag.attachTimeoutCustom(limit, 1);
+      t.pattern.run(picture.image, searchParams(0.4, 3), set);
+    } catch (const rzTimeout::InternalExpired&) {
+      isStopped = true;
+    }
+    const std::chrono::duration<double, std::milli> passed =
+        std::chrono::steady_clock::now() - start;
+    std::printf("limit %.0f ms on 4000x3000: %s after %.1f ms, %zu results\n", 1e3 * limit,
+                isStopped ? "stopped" : "ended", passed.count(), set.results().size());
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -449,6 +520,11 @@ int main(int argc, char** argv) {
       if (height > 0 && h != height) continue;
       runPairs(file, h, alphabet);
     }
+  }
+  if (what == "all" || what == "speed") {
+    for (const double h : {14.0, 28.0, 40.0, 60.0}) runSpeed(file, h, kWidth, kHeight);
+    runSpeed(file, 40.0, 2 * kWidth, 2 * kHeight);
+    runLimits(file);
   }
   return 0;
 }

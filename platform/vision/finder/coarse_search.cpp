@@ -163,7 +163,7 @@ std::vector<Candidate> searchGrid(const ResponseMaps& maps, const std::vector<Mo
                                   const Mat2& levelFromClient, const std::vector<GridTurn>& turns,
                                   int angleCount, double threshold, std::size_t most) {
   std::vector<Peak> peaks;
-  if (maps.planes.empty() || points.empty()) return {};
+  if (maps.isEmpty() || points.empty()) return {};
   const auto best = static_cast<double>(kBestResponse * points.size());
   int least = std::max(1, static_cast<int>(std::ceil(threshold * best)));
   SumPlane plane(maps);

@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include "platform/vision/finder/coarse_search.h"
@@ -21,15 +24,15 @@ namespace {
 constexpr double kGridThreshold = 0.66;
 constexpr std::size_t kMostCandidates = 250;
 constexpr int kGridPoints = 48;
-// The first look at a candidate, and the share of the accepted score that it must promise.
+// The first look at a candidate; the share of its points that must find edges and the share of the
+// accepted score that it must promise. Then the finer levels, and at last all points.
 constexpr std::size_t kQuickPoints = 40;
-constexpr int kQuickRounds = 3;
+constexpr std::size_t kAllPoints = std::numeric_limits<std::size_t>::max();
+constexpr double kQuickSupport = 0.4;
 constexpr double kQuickShare = 0.5;
-// Rounds at the finer levels, and at last with all points.
-constexpr int kLevelRounds = 2;
-constexpr int kLastRounds = 6;
-constexpr int kFarRange = 2;  // pels to look for edges while the pose is not yet sure
-constexpr int kNearRange = 1;
+constexpr RefinePlan kQuickLook{kQuickPoints, 2, 3, 0.0, kQuickSupport};
+constexpr RefinePlan kNextLevel{kQuickPoints, 2, 2, 0.0, 0.0};
+constexpr RefinePlan kLastLook{kAllPoints, 1, 6, 0.0, 0.0};
 constexpr double kLeastStep = 0.4;  // of the contrast asked for: weaker edges do not draw a pose
 
 Mat2 scaled(const Mat2& m, double f) { return {f * m.xx, f * m.xy, f * m.yx, f * m.yy}; }
@@ -128,11 +131,11 @@ class Search {
     }
   }
 
-  Pose refined_(const LevelView& view, const Pose& pose, const PoseLimits& limits,
-                std::size_t points, int range, int rounds) const {
-    const double least = kLeastStep * picture_.contrast() * kGradientOfStep;
-    return refined(*view.gradients, *view.model, view.levelFromClient, pose, limits,
-                   {points, range, rounds, least});
+  std::optional<Pose> refined_(const LevelView& view, const Pose& pose, const PoseLimits& limits,
+                               RefinePlan how) const {
+    how.least = kLeastStep * picture_.contrast() * kGradientOfStep;
+    how.points = std::min(how.points, view.model->points.size());
+    return refined(*view.gradients, *view.model, view.levelFromClient, pose, limits, how);
   }
 
   Assessment assess_(const LevelView& view, const Pose& pose, std::size_t points) const {
@@ -141,21 +144,22 @@ class Search {
   }
 
   // From a candidate to a result, through finer and finer levels.
-  void follow_(Pose pose, const std::vector<LevelView>& views, const PoseLimits& limits) {
+  void follow_(const Pose& candidate, const std::vector<LevelView>& views,
+               const PoseLimits& limits) {
     std::size_t level = views.size() - 1;
-    pose = refined_(views[level], pose, limits, kQuickPoints, kFarRange, kQuickRounds);
-    const Assessment quick = assess_(views[level], pose, kQuickPoints);
+    std::optional<Pose> pose = refined_(views[level], candidate, limits, kQuickLook);
+    if (!pose) return;
+    const Assessment quick = assess_(views[level], *pose, kQuickPoints);
     if (quick.score < kQuickShare * plan_.accept) return;
     const auto last = plan_.refine ? static_cast<std::size_t>(finestLevel(pattern_.plan())) : level;
     for (; level > last; --level) {
-      pose = refined_(views[level - 1], finer(pose), limits, kQuickPoints, kFarRange, kLevelRounds);
+      pose = refined_(views[level - 1], finer(*pose), limits, kNextLevel);
     }
-    const std::size_t all = views[level].model->points.size();
-    if (plan_.refine) pose = refined_(views[level], pose, limits, all, kNearRange, kLastRounds);
-    const Assessment assessment = assess_(views[level], pose, all);
+    if (plan_.refine) pose = refined_(views[level], *pose, limits, kLastLook);
+    const Assessment assessment = assess_(views[level], *pose, views[level].model->points.size());
     if (assessment.score < plan_.accept) return;
-    for (; level > 0; --level) pose = finer(pose);
-    found_.push_back({pose, assessment.score, assessment.coverage});
+    for (; level > 0; --level) pose = finer(*pose);
+    found_.push_back({*pose, assessment.score, assessment.coverage});
   }
 
   std::vector<Vec2> boxOf_(const Pose& pose) const {

@@ -85,8 +85,8 @@ void clearMasked(const PelView& picture, int reach, GradientMap& map) {
       const int left = std::max(x - reach, 0);
       const int right = std::min(x + reach, picture.width - 1);
       for (int v = top; v <= bottom; ++v) {
-        Gradient* out = map.values.data() + static_cast<std::ptrdiff_t>(v) * map.width;
-        std::fill(out + left, out + right + 1, Gradient{});
+        Gradient* out = map.values.get() + static_cast<std::ptrdiff_t>(v) * map.width;
+        std::fill(out + left, out + right + 1, Gradient(0, 0));
       }
     }
     if (y % kRowsPerLook == 0) rzAttention::check();
@@ -98,8 +98,8 @@ void clearMasked(const PelView& picture, int reach, GradientMap& map) {
 GradientMap gradientsOf(const PelView& picture, int reach) {
   GradientMap map{picture.width, picture.height, {}};
   if (picture.width <= 0 || picture.height <= 0) return map;
-  map.values.resize(static_cast<std::size_t>(picture.width) *
-                    static_cast<std::size_t>(picture.height));
+  map.values = std::make_unique_for_overwrite<Gradient[]>(static_cast<std::size_t>(picture.width) *
+                                                          static_cast<std::size_t>(picture.height));
   const auto rowSize = static_cast<std::size_t>(picture.width + 2 * kGradientReach);
   std::vector<std::int16_t> smooth(rowSize);
   std::vector<std::int16_t> slope(rowSize);
@@ -107,7 +107,7 @@ GradientMap gradientsOf(const PelView& picture, int reach) {
     rzAttention::check();
     RZ_BEST_VARIANT(gradientRows)
     (picture, y, std::min(y + kRowsPerLook, picture.height), smooth.data() + kGradientReach,
-     slope.data() + kGradientReach, map.values.data());
+     slope.data() + kGradientReach, map.values.get());
   }
   if (picture.mask != nullptr) clearMasked(picture, reach, map);
   return map;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "platform/vision/finder/geometry.h"
@@ -25,7 +26,7 @@ struct GreyImage {
 /// Two 16-bit numbers in one word, so that loops can fetch both at once.
 class Gradient {
  public:
-  constexpr Gradient() = default;
+  Gradient() = default;
   constexpr Gradient(int x, int y)
       : word_(static_cast<std::int32_t>((static_cast<std::uint32_t>(y) << 16) |
                                         (static_cast<std::uint32_t>(x) & 0xFFFFU))) {}
@@ -34,7 +35,7 @@ class Gradient {
   constexpr int y() const { return word_ >> 16; }
 
  private:
-  std::int32_t word_ = 0;
+  std::int32_t word_;
 };
 
 /// How many pels on each side of a pel its gradient looks at.
@@ -47,11 +48,9 @@ inline constexpr double kGradientOfStep = 24.9;
 struct GradientMap {
   int width = 0;
   int height = 0;
-  std::vector<Gradient> values;
+  std::unique_ptr<Gradient[]> values;
 
-  const Gradient* row(int y) const {
-    return values.data() + static_cast<std::ptrdiff_t>(y) * width;
-  }
+  const Gradient* row(int y) const { return values.get() + static_cast<std::ptrdiff_t>(y) * width; }
 };
 
 /// Gradients of all pels; beyond the border the border's pels go on. Where a pel that the gradient

@@ -44,7 +44,7 @@ RZ_ALWAYS_INLINE bool isInside(const GradientMap& map, float u, float v) {
 // The same, null outside.
 RZ_ALWAYS_INLINE void blendOrNull(const GradientMap& map, float u, float v, float& x, float& y) {
   x = y = 0.0F;
-  if (isInside(map, u, v)) blend(map.values.data(), map.width, u, v, x, y);
+  if (isInside(map, u, v)) blend(map.values.get(), map.width, u, v, x, y);
 }
 
 // The gradients' parts along the normal (nx, ny) at (u + t nx, v + t ny), t from -reach on.
@@ -54,7 +54,7 @@ RZ_ALWAYS_INLINE void sampleAlong(const GradientMap& map, float u, float v, floa
   const float last = first + static_cast<float>(kSamples - 1);
   if (isInside(map, u + first * nx, v + first * ny) &&
       isInside(map, u + last * nx, v + last * ny)) {
-    const Gradient* values = map.values.data();
+    const Gradient* values = map.values.get();
     const int width = map.width;
     for (int k = 0; k < kSamples; ++k) {
       const float t = first + static_cast<float>(k);

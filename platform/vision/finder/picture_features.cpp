@@ -4,16 +4,21 @@
 #include <algorithm>
 #include <cstring>
 
+#include "rz/attention.h"
+
 namespace finder {
 
 namespace {
 
+constexpr int kRowsPerLook = 256;
+
 GreyImage copyOf(const std::uint8_t* pels, std::ptrdiff_t stride, int width, int height) {
   GreyImage copy{width, height, {}};
-  copy.pels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  copy.pels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   for (int y = 0; y < height; ++y) {
-    std::copy_n(pels + y * stride, width,
-                copy.pels.data() + static_cast<std::ptrdiff_t>(y) * width);
+    if (y % kRowsPerLook == 0) rzAttention::check();
+    const std::uint8_t* row = pels + y * stride;
+    copy.pels.insert(copy.pels.end(), row, row + width);
   }
   return copy;
 }

@@ -36,15 +36,19 @@ struct ResponseMaps {
   int pictureColumns = 0;  // elements in a row that lie in the picture
   int pictureRows = 0;
   std::size_t planeSize = 0;  // elements of a plane with what may be read behind its end
-  std::vector<std::uint8_t> planes;
+  std::array<std::unique_ptr<std::uint8_t[]>, kDirections> planes;  // four planes each
 
-  /// The element for the picture's pel (remainder x, remainder y) of a plane; other pels lie at
-  /// offset(x, y). Negative coordinates down to -margin may be asked for.
+  bool isEmpty() const { return planes[0] == nullptr; }
+
+  /// The element for the picture's pel (x, y), also for negative coordinates down to -margin.
   const std::uint8_t* at(int direction, int x, int y) const {
-    const int plane = (direction * kStride + (y & 1)) * kStride + (x & 1);
-    return planes.data() + static_cast<std::size_t>(plane) * planeSize +
-           static_cast<std::size_t>(margin / kStride) * static_cast<std::size_t>(columns + 1) +
-           ((y >> 1) * static_cast<std::ptrdiff_t>(columns) + (x >> 1));
+    return planes[static_cast<std::size_t>(direction)].get() + indexOf(x, y);
+  }
+  std::ptrdiff_t indexOf(int x, int y) const {
+    const int plane = (y & 1) * kStride + (x & 1);
+    return plane * static_cast<std::ptrdiff_t>(planeSize) +
+           (margin / kStride) * static_cast<std::ptrdiff_t>(columns + 1) +
+           (y >> 1) * static_cast<std::ptrdiff_t>(columns) + (x >> 1);
   }
 };
 

@@ -80,8 +80,9 @@ Pose limited(const Pose& pose, const PoseLimits& limits) {
   return result;
 }
 
-Pose refined(const GradientMap& gradients, const Model& model, const Mat2& levelFromClient,
-             const Pose& start, const PoseLimits& limits, const RefinePlan& plan) {
+std::optional<Pose> refined(const GradientMap& gradients, const Model& model,
+                            const Mat2& levelFromClient, const Pose& start,
+                            const PoseLimits& limits, const RefinePlan& plan) {
   Pose pose = start;
   std::vector<PointMatch> matches;
   for (int round = 0; round < plan.rounds; ++round) {
@@ -94,8 +95,10 @@ Pose refined(const GradientMap& gradients, const Model& model, const Mat2& level
     std::size_t edges = 0;
     double weights = 0.0;
     double radius = 0.0;
+    double all = 0.0;
     for (const PointMatch& match : matches) {
       radius = std::max(radius, length(match.arm));
+      all += match.weight;
       if (match.strength <= 0.0) continue;
       const double weight = edgeWeight(match, plan.range);
       if (weight <= 0.0) continue;
@@ -105,6 +108,7 @@ Pose refined(const GradientMap& gradients, const Model& model, const Mat2& level
                      dot(match.normal, match.arm), 1.0},
                     match.offset, weight);
     }
+    if (weights < plan.support * all) return std::nullopt;
     if (edges < kFewestEdges) return pose;
     const double stiffness = kStiffness * weights;
     equations.rows[4][4] += stiffness;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 #include "platform/vision/finder/geometry.h"
 #include "platform/vision/finder/gradient.h"
@@ -30,11 +31,14 @@ struct RefinePlan {
   int range = 1;           // how far it looks for edges, pels
   int rounds = 4;          // at most
   double least = 0.0;      // smallest gradient of an edge
+  double support = 0.0;    // share of the points that must find edges, by their weights
 };
 
-/// The refined pose. Ends where it stands when too few points find an edge.
-Pose refined(const GradientMap& gradients, const Model& model, const Mat2& levelFromClient,
-             const Pose& start, const PoseLimits& limits, const RefinePlan& plan);
+/// The refined pose, or none when it has not enough support. Where the edges do not fix the pose it
+/// stays as it is.
+std::optional<Pose> refined(const GradientMap& gradients, const Model& model,
+                            const Mat2& levelFromClient, const Pose& start,
+                            const PoseLimits& limits, const RefinePlan& plan);
 
 /// `pose` with the angle and the scale brought into the limits.
 Pose limited(const Pose& pose, const PoseLimits& limits);

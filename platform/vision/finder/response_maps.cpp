@@ -12,7 +12,8 @@ namespace finder {
 namespace {
 
 constexpr int kUnit = 181;  // length of a unit vector in 16-bit integers; twice its square fits
-constexpr int kSpread = 2;  // pels by which a gradient may be displaced
+constexpr int kRowsPerLook = 128;  // between two looks at the attention
+constexpr int kSpread = 2;         // pels by which a gradient may be displaced
 // Responses to the angle between two directions fall from the best to none between these.
 constexpr double kBestWithin = 18.0;
 constexpr double kNoneBeyond = 62.0;
@@ -21,9 +22,9 @@ double cosOfDegrees(double degrees) { return std::cos(degrees * std::numbers::pi
 
 // Unit vectors of the gradients that are strong enough and ridges across their direction; null
 // vectors elsewhere.
-struct UnitRow {
-  std::vector<std::int16_t> x;
-  std::vector<std::int16_t> y;
+struct UnitVectors {
+  std::unique_ptr<std::int16_t[]> x;
+  std::unique_ptr<std::int16_t[]> y;
 };
 
 RZ_ALWAYS_INLINE void squaredSizes(const Gradient* row, int width, std::int32_t* out) {
@@ -101,39 +102,57 @@ RZ_ALWAYS_INLINE void split(const std::uint8_t* in, int width, std::uint8_t* eve
   if (width % 2 != 0) even[width / 2] = in[width - 1];
 }
 
-// Planes of one direction: responses, spread over their neighbourhood, written where they belong.
-RZ_ALWAYS_INLINE void spreadDirection(const std::int16_t* unitX, const std::int16_t* unitY,
-                                      std::ptrdiff_t unitRow, int width, int height,
-                                      std::int16_t nx, std::int16_t ny, std::int16_t none,
-                                      std::int16_t step, std::uint8_t* scratch,
-                                      std::uint8_t* const planes[4], std::ptrdiff_t columns) {
+// What the spreading of one direction works on.
+struct DirectionJob {
+  const std::int16_t* unitX;
+  const std::int16_t* unitY;
+  int width;
+  int height;
+  std::int16_t nx;  // the direction, kUnit long
+  std::int16_t ny;
+  std::int16_t none;  // agreement up to which there is no response
+  std::int16_t step;  // and from one response to the next
+  std::uint8_t* scratch;
+  std::uint8_t* planes[4];
+  std::ptrdiff_t columns;  // of a plane
+};
+
+constexpr int kRing = 8;  // rows that are kept of each kind
+constexpr int kScratchRows = 3 * kRing + 3;
+
+// The rows from `begin` to `end` of the planes of one direction: responses, spread over their
+// neighbourhood, written where they belong.
+RZ_ALWAYS_INLINE void spreadRows(const DirectionJob& job, int begin, int end) {
+  const int width = job.width;
   // Rings of rows with two empty elements on both sides. A row that lies outside is empty.
   const std::ptrdiff_t pitch = width + 2 * kSpread;
-  std::uint8_t* const base = scratch + kSpread;
+  std::uint8_t* const base = job.scratch + kSpread;
   const auto ring = [base, pitch](int which, int y) {
-    return base + (which * 8 + (y & 7)) * pitch;
+    return base + (which * kRing + (y & (kRing - 1))) * pitch;
   };
   constexpr int kRaw = 0, kNearX = 1, kFarX = 2;
-  std::uint8_t* const near = base + 24 * pitch;
-  std::uint8_t* const far = base + 25 * pitch;
-  std::uint8_t* const both = base + 26 * pitch;
-  for (int y = -kSpread; y < height + kSpread; ++y) {
-    if (y >= 0 && y < height) {
-      respond(unitX + y * unitRow, unitY + y * unitRow, width, nx, ny, none, step, ring(kRaw, y));
+  std::uint8_t* const near = base + 3 * kRing * pitch;
+  std::uint8_t* const far = near + pitch;
+  std::uint8_t* const both = far + pitch;
+  for (int y = begin - kSpread; y < end + kSpread; ++y) {
+    if (y >= 0 && y < job.height) {
+      const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(y) * width;
+      respond(job.unitX + at, job.unitY + at, width, job.nx, job.ny, job.none, job.step,
+              ring(kRaw, y));
     } else {
       std::fill_n(ring(kRaw, y), width, std::uint8_t{0});
     }
     widen(ring(kRaw, y), width, ring(kNearX, y));
     widen(ring(kNearX, y), width, ring(kFarX, y));
     const int out = y - kSpread;
-    if (out < 0) continue;
+    if (out < begin) continue;
     greatest(ring(kNearX, out - 1), ring(kNearX, out), ring(kNearX, out + 1), width, near);
     greatest(ring(kFarX, out - 1), ring(kFarX, out), ring(kFarX, out + 1), width, far);
     greatest(ring(kFarX, out - 2), far, ring(kFarX, out + 2), width, both);
     joinFar(near, both, width, both);
     const int phase = (out & 1) * 2;
-    split(both, width, planes[phase] + (out >> 1) * columns,
-          planes[phase + 1] + (out >> 1) * columns);
+    split(both, width, job.planes[phase] + (out >> 1) * job.columns,
+          job.planes[phase + 1] + (out >> 1) * job.columns);
   }
 }
 
@@ -144,26 +163,21 @@ RZ_CPU_VARIANTS(unitVectors,
                  const std::int32_t* below, int width, std::int32_t floor, std::int16_t* unitX,
                  std::int16_t* unitY),
                 (row, above, size, below, width, floor, unitX, unitY))
-RZ_CPU_VARIANTS(spreadDirection,
-                (const std::int16_t* unitX, const std::int16_t* unitY, std::ptrdiff_t unitRow,
-                 int width, int height, std::int16_t nx, std::int16_t ny, std::int16_t none,
-                 std::int16_t step, std::uint8_t* scratch, std::uint8_t* const planes[4],
-                 std::ptrdiff_t columns),
-                (unitX, unitY, unitRow, width, height, nx, ny, none, step, scratch, planes,
-                 columns))
+RZ_CPU_VARIANTS(spreadRows, (const DirectionJob& job, int begin, int end), (job, begin, end))
 
 std::size_t sizeOf(int a, int b) {
   return static_cast<std::size_t>(a) * static_cast<std::size_t>(b);
 }
 
 // Unit vectors of the whole picture, x and y apart.
-UnitRow unitVectorsOf(const GradientMap& gradients, double contrast) {
+UnitVectors unitVectorsOf(const GradientMap& gradients, double contrast) {
   const int width = gradients.width;
   const int height = gradients.height;
   const double least = contrast * kGradientOfStep;
   const auto floor = static_cast<std::int32_t>(std::clamp(least * least, 1.0, 1e9));
-  UnitRow unit{std::vector<std::int16_t>(sizeOf(width, height)),
-               std::vector<std::int16_t>(sizeOf(width, height))};
+  const std::size_t size = sizeOf(width, height);
+  UnitVectors unit{std::make_unique_for_overwrite<std::int16_t[]>(size),
+                   std::make_unique_for_overwrite<std::int16_t[]>(size)};
   const auto pitch = static_cast<std::size_t>(width + 2);
   std::vector<std::int32_t> sizes(3 * pitch, 0);
   const auto row = [&](int y) {
@@ -179,8 +193,8 @@ UnitRow unitVectorsOf(const GradientMap& gradients, double contrast) {
     }
     const std::size_t at = sizeOf(width, y);
     RZ_BEST_VARIANT(unitVectors)
-    (gradients.row(y), row(y - 1), row(y), row(y + 1), width, floor, unit.x.data() + at,
-     unit.y.data() + at);
+    (gradients.row(y), row(y - 1), row(y), row(y + 1), width, floor, unit.x.get() + at,
+     unit.y.get() + at);
   }
   return unit;
 }
@@ -205,24 +219,33 @@ ResponseMaps responsesOf(const GradientMap& gradients, double contrast) {
   maps.rows = maps.pictureRows + 2 * (maps.margin / kStride);
   constexpr std::size_t kReadBehind = 512;  // whole tiles are read
   maps.planeSize = sizeOf(maps.columns, maps.rows + 1) + kReadBehind;
-  maps.planes.assign(maps.planeSize * kDirections * kStride * kStride, 0);
 
-  const UnitRow unit = unitVectorsOf(gradients, contrast);
-  std::vector<std::uint8_t> scratch(27 * static_cast<std::size_t>(width + 2 * kSpread), 0);
+  const UnitVectors unit = unitVectorsOf(gradients, contrast);
+  std::vector<std::uint8_t> scratch(kScratchRows * static_cast<std::size_t>(width + 2 * kSpread));
   constexpr double kSquare = double{kUnit} * kUnit;
   const double none = kSquare * cosOfDegrees(kNoneBeyond);
   const double step = (kSquare * cosOfDegrees(kBestWithin) - none) / (kBestResponse - 1);
   for (int d = 0; d < kDirections; ++d) {
     rzAttention::check();
+    auto& planes = maps.planes[static_cast<std::size_t>(d)];
+    planes = std::make_unique<std::uint8_t[]>(maps.planeSize * kStride * kStride);
     const double angle = 2.0 * std::numbers::pi * d / kDirections;
-    std::uint8_t* planes[4];
-    for (int p = 0; p < 4; ++p) planes[p] = const_cast<std::uint8_t*>(maps.at(d, p & 1, p >> 1));
-    RZ_BEST_VARIANT(spreadDirection)
-    (unit.x.data(), unit.y.data(), width, width, height,
-     static_cast<std::int16_t>(std::lround(kUnit * std::cos(angle))),
-     static_cast<std::int16_t>(std::lround(kUnit * std::sin(angle))),
-     static_cast<std::int16_t>(none), static_cast<std::int16_t>(step), scratch.data(), planes,
-     maps.columns);
+    DirectionJob job{unit.x.get(),
+                     unit.y.get(),
+                     width,
+                     height,
+                     static_cast<std::int16_t>(std::lround(kUnit * std::cos(angle))),
+                     static_cast<std::int16_t>(std::lround(kUnit * std::sin(angle))),
+                     static_cast<std::int16_t>(none),
+                     static_cast<std::int16_t>(step),
+                     scratch.data(),
+                     {},
+                     maps.columns};
+    for (int p = 0; p < 4; ++p) job.planes[p] = planes.get() + maps.indexOf(p & 1, p >> 1);
+    for (int y = 0; y < height; y += kRowsPerLook) {
+      rzAttention::check();
+      RZ_BEST_VARIANT(spreadRows)(job, y, std::min(y + kRowsPerLook, height));
+    }
   }
   return maps;
 }
