@@ -108,7 +108,7 @@ struct DirectionJob {
   const std::int16_t* unitY;
   int width;
   int height;
-  std::int16_t nx;  // the direction, kUnit long
+  std::int16_t nx;  // the direction, of length kUnit
   std::int16_t ny;
   std::int16_t none;  // agreement up to which there is no response
   std::int16_t step;  // and from one response to the next
