@@ -8,8 +8,8 @@
 #include "alphabet_file.h"
 #include "char_list.h"
 #include "failure.h"
-#include "options.h"
 #include "oc/oc.h"
+#include "options.h"
 #include "rz/text.h"
 
 namespace glyphline {
@@ -76,7 +76,8 @@ void showAsJson(const rzOCAlphabet& alphabet) {
   for (const auto& model : alphabet.characters()) json["characters"].push_back(jsonOf(*model));
   json["confusing"] = Json::array();
   for (const Pair& pair : confusingPairs(alphabet)) {
-    json["confusing"].push_back({{"char", pair.a}, {"with", pair.b}, {"confusion", pair.confusion}});
+    json["confusing"].push_back(
+        {{"char", pair.a}, {"with", pair.b}, {"confusion", pair.confusion}});
   }
   std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
 }
@@ -117,8 +118,8 @@ int compile(const std::string& path) {
 int edit(const EditOptions& options) {
   rzOCAlphabet alphabet = readAlphabet(options.alphabet);
   if (!options.remove.empty()) {
-    alphabet.remove(keysOf(expandedChars(options.remove, "--remove"), alphabet, options.alphabet,
-                           "--remove"));
+    alphabet.remove(
+        keysOf(expandedChars(options.remove, "--remove"), alphabet, options.alphabet, "--remove"));
   }
   if (options.threshold >= 0.0) {
     setting("--threshold", [&] { alphabet.confusionThreshold(options.threshold); });

@@ -5,18 +5,20 @@
 
 #include "char_list.h"
 #include "failure.h"
+#include "input_file.h"
 #include "rz/archive.h"
 #include "rz/archive_file.h"
 
 namespace glyphline {
 
-rzOCAlphabet readAlphabet(const std::string& path) {
+rzOCAlphabet readAlphabet(const std::string& path, const std::string& option) {
+  const std::string name = inputName(path, option);
   try {
     return rfOCReadAlphabet(path);
   } catch (const rzFileError& error) {
-    throw Failure(error.what());
+    throw Failure(name + ": " + error.what());
   } catch (const rzException& error) {
-    throw Failure(path + ": not an alphabet, or damaged: " + error.what());
+    throw Failure(name + ": not an alphabet, or damaged: " + error.what());
   }
 }
 

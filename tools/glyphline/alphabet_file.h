@@ -8,8 +8,9 @@
 
 namespace glyphline {
 
-/// The alphabet in the file. Throws Failure that names the file.
-rzOCAlphabet readAlphabet(const std::string& path);
+/// The alphabet in the file. Throws Failure that names the file and the option that it came with,
+/// if any.
+rzOCAlphabet readAlphabet(const std::string& path, const std::string& option = {});
 
 /// Writes the file whole or not at all. Throws Failure that names the file.
 void writeAlphabet(const std::string& path, const rzOCAlphabet& alphabet);

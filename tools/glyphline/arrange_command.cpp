@@ -2,18 +2,20 @@
 //
 // glyphline arrange: is the expected text there?
 #include <chrono>
-#include <fstream>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "alphabet_file.h"
 #include "char_list.h"
 #include "failure.h"
+#include "input_file.h"
 #include "options.h"
 #include "overlay.h"
 #include "picture.h"
 #include "report_json.h"
 #include "report_table.h"
+#include "standard_error.h"
 
 namespace glyphline {
 namespace {
@@ -83,13 +85,12 @@ std::vector<std::u32string> textsOf(const ArrangeOptions& options) {
   if (options.textFile.empty()) {
     return std::vector<std::u32string>(count, codePointsOf(options.text, "--text"));
   }
-  std::ifstream file(options.textFile, std::ios::binary);
-  if (!file) throw Failure(options.textFile + ": --text-file: cannot be opened");
+  std::istringstream content(readInput(options.textFile, "--text-file"));
   std::vector<std::u32string> texts;
   std::string line;
-  while (std::getline(file, line)) {
+  while (std::getline(content, line)) {
     if (line.ends_with('\r')) line.pop_back();
-    texts.push_back(codePointsOf(line, options.textFile));
+    texts.push_back(codePointsOf(line, options.textFile + ": --text-file"));
   }
   if (texts.size() != count) {
     throw Failure(options.textFile + ": --text-file: " + std::to_string(texts.size()) +
@@ -115,11 +116,7 @@ struct Job {
 
 ArrangeReport arrangePicture(const Job& job, std::size_t i,
                              const rzPelBuffer<unsigned char>& picture) {
-  if (job.mask.isBound() && job.mask.window() != picture.window()) {
-    throw Failure(job.options.mask + ": --mask: " + std::to_string(job.mask.width()) + "x" +
-                  std::to_string(job.mask.height()) + " pels for a picture of " +
-                  std::to_string(picture.width()) + "x" + std::to_string(picture.height()));
-  }
+  requireFit(job.mask, job.options.mask, picture, job.options.images[i]);
   rzOCArrangeResults results;
   const auto start = std::chrono::steady_clock::now();
   rfOCArrange_(picture, job.mask, job.alphabet, job.keys[i], job.options.params, results, nullptr,
@@ -138,7 +135,7 @@ Outcome outcomeOf(const Job& job, std::size_t i) {
     const rzPelBuffer<unsigned char> picture = readPicture(image);
     const ArrangeReport report = arrangePicture(job, i, picture);
     if (!options.overlay.empty()) {
-      writeOverlay(overlayPath(options.overlay, image, options.images.size()), picture, report);
+      writeOverlay(overlayPath(options.overlay, image), picture, report);
     }
     std::ostringstream out;
     if (options.json) {
@@ -161,17 +158,18 @@ Outcome outcomeOf(const Job& job, std::size_t i) {
 
 int arrange(ArrangeOptions& options) {
   applyWords(options);
-  if (!options.overlay.empty()) {
-    requireDrawable(options.overlay);
-    overlayPath(options.overlay, options.images.front(), options.images.size());
-  }
-  Job job{options, readAlphabet(options.alphabet), {}, {}};
+  if (!options.overlay.empty()) checkOverlays(options.overlay, options.images);
+  Job job{options, readAlphabet(options.alphabet, "--alphabet"), {}, {}};
   const std::string option = options.textFile.empty() ? "--text" : "--text-file";
   for (const std::u32string& text : textsOf(options)) {
     job.keys.push_back(keysOf(text, job.alphabet, options.alphabet, option));
   }
-  if (!options.mask.empty()) job.mask = readPicture(options.mask);
+  job.mask = readMask(options.mask);
 
+  if (options.voice.verbose) {
+    std::cerr << options.alphabet << ": " << job.alphabet.numChars() << " characters\n"
+              << options.images.size() << " pictures, " << options.jobs << " at a time\n";
+  }
   std::vector<Outcome> outcomes(options.images.size());
   int status = kAllMatched;
   forEachPicture(
@@ -180,7 +178,7 @@ int arrange(ArrangeOptions& options) {
       [&](std::size_t i) {
         std::cout << outcomes[i].output << std::flush;
         if (!outcomes[i].error.empty()) {
-          std::cerr << "glyphline: " << outcomes[i].error << '\n';
+          writeToStandardError("glyphline: " + outcomes[i].error + "\n");
           status = kBadInput;
         } else if (!outcomes[i].passes) {
           status = std::max<int>(status, kSomeMissing);
@@ -226,8 +224,7 @@ void addSettings(CLI::App& command, const std::shared_ptr<ArrangeOptions>& optio
   addSetting<double>(command, options, "--timeout", &Params::timeout,
                      "Seconds for the search of each character (default 10)");
   command.add_flag_function(
-      "--uncertainties",
-      [options](std::int64_t) { options->params.compPoseUncertainties(true); },
+      "--uncertainties", [options](std::int64_t) { options->params.compPoseUncertainties(true); },
       "Also work out how far each character lies from where its line wants it");
 }
 

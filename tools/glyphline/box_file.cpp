@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "box_file.h"
 
-#include <fstream>
 #include <sstream>
 
 #include "char_list.h"
 #include "failure.h"
+#include "input_file.h"
 
 namespace glyphline {
 namespace {
@@ -41,16 +41,16 @@ std::vector<Box> parseBoxes(std::istream& in, const std::string& name, rzLong wi
   std::string line;
   for (int number = 1; std::getline(in, line); ++number) {
     if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
-    boxes.push_back(parseBox(line, name + ":" + std::to_string(number), width, height));
+    boxes.push_back(
+        parseBox(line, name + ":" + std::to_string(number) + ": --boxes", width, height));
   }
-  if (boxes.empty()) throw Failure(name + ": holds no box");
+  if (boxes.empty()) throw Failure(name + ": --boxes: holds no box");
   return boxes;
 }
 
 std::vector<Box> readBoxes(const std::string& path, rzLong width, rzLong height) {
-  std::ifstream file(path);
-  if (!file) throw Failure(path + ": cannot be opened");
-  return parseBoxes(file, path, width, height);
+  std::istringstream content(readInput(path, "--boxes"));
+  return parseBoxes(content, path, width, height);
 }
 
 }  // namespace glyphline

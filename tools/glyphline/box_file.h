@@ -20,10 +20,9 @@ struct Box {
 /// The boxes of a picture of this size, in the order of the file. `name` is how the file is called
 /// in messages. Throws Failure that names file and line: a line that is none, a box that is empty
 /// or leaves the picture, a page other than 0; or a file without any box.
-std::vector<Box> parseBoxes(std::istream& in, const std::string& name, rzLong width,
-                            rzLong height);
+std::vector<Box> parseBoxes(std::istream& in, const std::string& name, rzLong width, rzLong height);
 
-/// The same from a file.
+/// The same from a file, or from standard input for "-".
 std::vector<Box> readBoxes(const std::string& path, rzLong width, rzLong height);
 
 }  // namespace glyphline

@@ -92,7 +92,12 @@ TrainedChar typicalOf(const Prints& prints) {
     if (images.size() < kMostCompared) images.push_back(print.image);
     rises.push_back(rise(print));
   }
-  TrainedChar typical = prints.prints[mostTypical(images)];
+  const std::size_t chosen = mostTypical(images);
+  TrainedChar typical = prints.prints[chosen];
+  if (rises.size() > 1) {
+    typical.source += ", print " + std::to_string(chosen + 1) + " of " +
+                      std::to_string(rises.size()) + " of this character";
+  }
   typical.origin.y(typical.area.height() - medianOf(rises));
   return typical;
 }

@@ -60,9 +60,7 @@ FoundCharacter foundCharacter(const rzOCModel& model, const rz_OCExtractCharResu
 
 FindReport findIn(const Job& job, const std::string& image,
                   const rzPelBuffer<unsigned char>& picture) {
-  if (job.mask.isBound() && job.mask.window() != picture.window()) {
-    throw Failure(job.options.mask + ": --mask: not of the size of " + image);
-  }
+  requireFit(job.mask, job.options.mask, picture, image);
   rz_OCExtractModel model;
   rz_OCExtractStringResult result;
   FindReport report;
@@ -91,7 +89,7 @@ int findInOne(const Job& job, const std::string& image) {
     const rzPelBuffer<unsigned char> picture = readPicture(image);
     const FindReport report = findIn(job, image, picture);
     if (!options.overlay.empty()) {
-      writeOverlay(overlayPath(options.overlay, image, options.images.size()), picture, report);
+      writeOverlay(overlayPath(options.overlay, image), picture, report);
     }
     if (options.json) {
       std::cout << jsonOf(report) << std::endl;
@@ -107,13 +105,11 @@ int findInOne(const Job& job, const std::string& image) {
 }
 
 int find(const FindOptions& options) {
-  if (!options.overlay.empty()) {
-    requireDrawable(options.overlay);
-    overlayPath(options.overlay, options.images.front(), options.images.size());
-  }
-  Job job{options, new rzOCAlphabet(readAlphabet(options.alphabet)), {}, {}, {}, {}, {}};
-  job.keys = keysOf(expandedChars(options.chars, "--chars"), *job.alphabet, options.alphabet,
-                    "--chars");
+  if (!options.overlay.empty()) checkOverlays(options.overlay, options.images);
+  Job job{options, new rzOCAlphabet(readAlphabet(options.alphabet, "--alphabet")), {}, {}, {}, {},
+          {}};
+  job.keys =
+      keysOf(expandedChars(options.chars, "--chars"), *job.alphabet, options.alphabet, "--chars");
   for (const rzLong key : job.keys) {
     job.text.insert(job.text.end(), static_cast<std::size_t>(options.count), key);
   }
@@ -124,7 +120,7 @@ int find(const FindOptions& options) {
   job.modelParams.angleRange = rangeOf(options.angle, "--angle");
   job.runParams.acceptThresh = options.minScore;
   job.runParams.timeout = options.timeout;
-  if (!options.mask.empty()) job.mask = readPicture(options.mask);
+  job.mask = readMask(options.mask);
   int status = kAllMatched;
   for (const std::string& image : options.images) {
     status = std::max(status, findInOne(job, image));

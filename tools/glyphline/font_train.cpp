@@ -13,14 +13,15 @@
 
 #include "char_list.h"
 #include "failure.h"
+#include "input_file.h"
 #include "rz/pel_functions.h"
 
 namespace glyphline {
 namespace {
 
-constexpr double kFixed = 64.0;      // FreeType's sub-pel units
-constexpr int kPaper = 230;          // grey of the background, dark print
-constexpr int kInk = 30;             // grey of full ink, dark print
+constexpr double kFixed = 64.0;            // FreeType's sub-pel units
+constexpr int kPaper = 230;                // grey of the background, dark print
+constexpr int kInk = 30;                   // grey of full ink, dark print
 constexpr double kDefaultCapHeight = 0.7;  // of the em, for a font without capitals
 
 struct LibraryRelease {
@@ -38,24 +39,27 @@ Library openLibrary() {
   return Library(library);
 }
 
-Face openFace(FT_Library library, const FontTraining& training) {
+// `content` is the font file and has to outlive the face.
+Face openFace(FT_Library library, const std::string& content, const FontTraining& training) {
   FT_Face face = nullptr;
-  if (FT_New_Face(library, training.file.c_str(), 0, &face) != 0) {
-    throw Failure(training.file + ": not a font, or cannot be opened");
+  const auto* bytes = reinterpret_cast<const FT_Byte*>(content.data());
+  if (FT_New_Memory_Face(library, bytes, static_cast<FT_Long>(content.size()), 0, &face) != 0) {
+    throw Failure(training.file + ": --font: not a font");
   }
   Face opened(face);
   // At 72 dots an inch a point is a pel, so the size is that of the em square.
   if (FT_Set_Char_Size(face, 0, std::lround(training.size * kFixed), 72, 72) != 0) {
-    throw Failure(training.file + ": has no glyphs of this size");
+    throw Failure(training.file + ": --size: the font has no glyphs of this size");
   }
   return opened;
 }
 
 void loadGlyph(FT_Face face, char32_t character, FT_Int32 flags, const std::string& file) {
   const FT_UInt index = FT_Get_Char_Index(face, character);
-  if (index == 0) throw Failure(file + ": the font has no character \"" + utf8Of(character) + "\"");
+  if (index == 0)
+    throw Failure(file + ": --chars: the font has no character \"" + utf8Of(character) + "\"");
   if (FT_Load_Glyph(face, index, FT_LOAD_NO_HINTING | flags) != 0) {
-    throw Failure(file + ": the character \"" + utf8Of(character) + "\" cannot be drawn");
+    throw Failure(file + ": --chars: the character \"" + utf8Of(character) + "\" cannot be drawn");
   }
 }
 
@@ -131,12 +135,12 @@ TrainedChar glyphFrom(FT_Face face, char32_t character, const FontTraining& trai
   loadGlyph(face, character, FT_LOAD_NO_BITMAP, training.file);
   FT_GlyphSlot glyph = face->glyph;
   if (glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
-    throw Failure(training.file + ": not a font of outlines");
+    throw Failure(training.file + ": --font: not a font of outlines");
   }
   if (glyph->outline.n_points == 0) return blankFrom(face, character, training);
   const InkBox ink = centreOutline(glyph->outline);
   if (FT_Render_Glyph(glyph, FT_RENDER_MODE_NORMAL) != 0) {
-    throw Failure(training.file + ": the character \"" + utf8Of(character) +
+    throw Failure(training.file + ": --chars: the character \"" + utf8Of(character) +
                   "\" cannot be drawn");
   }
 
@@ -163,13 +167,15 @@ TrainedChar glyphFrom(FT_Face face, char32_t character, const FontTraining& trai
 }  // namespace
 
 BlankFrame blankFrameOf(const FontTraining& training) {
+  const std::string content = readInput(training.file, "--font");
   const Library library = openLibrary();
-  return blankFrameOf(openFace(library.get(), training).get(), training);
+  return blankFrameOf(openFace(library.get(), content, training).get(), training);
 }
 
 std::vector<TrainedChar> trainFromFont(const FontTraining& training) {
+  const std::string content = readInput(training.file, "--font");
   const Library library = openLibrary();
-  const Face face = openFace(library.get(), training);
+  const Face face = openFace(library.get(), content, training);
   std::vector<TrainedChar> trained;
   for (const char32_t character : training.chars) {
     trained.push_back(glyphFrom(face.get(), character, training));

@@ -16,7 +16,7 @@ struct FontTraining {
   std::string file;
   double size = 32.0;  // pels of the em square
   std::u32string chars;
-  rzLong margin = 3;                   // pels of background on each side
+  rzLong margin = 3;                    // pels of background on each side
   Polarity polarity = Polarity::kAuto;  // dark on light, but for kLight
 };
 

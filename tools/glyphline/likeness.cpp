@@ -18,8 +18,8 @@ double correlation(const Picture& a, const Picture& b, rzLong shiftX, rzLong shi
   for (rzLong y = common.y(); y < common.ll().y(); ++y) {
     for (rzLong x = common.x(); x < common.ur().x(); ++x) {
       const double pelA = *a.pointToPel(a.window().x() + x, a.window().y() + y);
-      const double pelB = *b.pointToPel(b.window().x() + x - middle.x(),
-                                        b.window().y() + y - middle.y());
+      const double pelB =
+          *b.pointToPel(b.window().x() + x - middle.x(), b.window().y() + y - middle.y());
       n += 1;
       sumA += pelA;
       sumB += pelB;

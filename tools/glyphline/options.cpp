@@ -4,25 +4,29 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <cstdio>
 #include <filesystem>
 #include <future>
 #include <locale>
+#include <set>
 #include <sstream>
 #include <thread>
 
 #include "failure.h"
+#include "overlay.h"
 #include "rz/exception.h"
+#include "standard_error.h"
 
 namespace glyphline {
 namespace {
 
-constexpr int kBarWidth = 30;
+constexpr std::size_t kBarWidth = 30;
+constexpr const char* kClearLine = "\r\033[K";  // results may go to the same terminal
 
 void showProgress(std::size_t done, std::size_t count) {
-  const auto filled = static_cast<int>(done * kBarWidth / count);
-  std::fprintf(stderr, "\r[%-*.*s] %zu of %zu%s", kBarWidth, filled,
-               "##############################", done, count, done == count ? "\n" : "");
+  const std::size_t filled = done * kBarWidth / count;
+  writeToStandardError("[" + std::string(filled, '#') + std::string(kBarWidth - filled, ' ') +
+                       "] " + std::to_string(done) + " of " + std::to_string(count) +
+                       (done == count ? "\n" : ""));
 }
 
 }  // namespace
@@ -60,18 +64,22 @@ void setting(const std::string& option, const std::function<void()>& set) {
   }
 }
 
-std::string overlayPath(const std::string& pattern, const std::string& picture,
-                        std::size_t numPictures) {
+std::string overlayPath(const std::string& pattern, const std::string& picture) {
   const std::size_t at = pattern.find('%');
-  if (at == std::string::npos) {
-    if (numPictures > 1) {
-      throw Failure(pattern + ": --overlay: several pictures need a % in the name, which stands " +
-                    "for the picture's name");
-    }
-    return pattern;
-  }
+  if (at == std::string::npos) return pattern;
   std::string path = pattern;
   return path.replace(at, 1, std::filesystem::path(picture).stem().string());
+}
+
+void checkOverlays(const std::string& pattern, const std::vector<std::string>& pictures) {
+  requireDrawable(pattern);
+  std::set<std::string> paths;
+  for (const std::string& picture : pictures) {
+    const std::string path = overlayPath(pattern, picture);
+    if (paths.insert(path).second) continue;
+    throw Failure(path + ": --overlay: two pictures would be drawn to this file" +
+                  (pattern == path ? "; a % in the name stands for the picture's name" : ""));
+  }
 }
 
 void forEachPicture(std::size_t count, int jobs, const Voice& voice,
@@ -95,6 +103,7 @@ void forEachPicture(std::size_t count, int jobs, const Voice& voice,
   for (std::size_t k = 0; k < wanted; ++k) workers.emplace_back(loop);
   for (std::size_t i = 0; i < count; ++i) {
     finished[i].get_future().get();
+    if (showsBar) writeToStandardError(kClearLine);
     deliver(i);
     if (showsBar) showProgress(i + 1, count);
   }

@@ -40,10 +40,11 @@ double numberOf(const std::string& text, const std::string& option);
 void setting(const std::string& option, const std::function<void()>& set);
 
 /// The file that an overlay of one picture goes to: a `%` in `pattern` is replaced by the
-/// picture's name without folder and ending. Throws Failure when several pictures would share one
-/// file.
-std::string overlayPath(const std::string& pattern, const std::string& picture,
-                        std::size_t numPictures);
+/// picture's name without folder and ending.
+std::string overlayPath(const std::string& pattern, const std::string& picture);
+
+/// Throws Failure unless each picture has an overlay file of its own, of a kind that can be drawn.
+void checkOverlays(const std::string& pattern, const std::vector<std::string>& pictures);
 
 /// Does `work` for 0 to count - 1 on `jobs` threads and calls `deliver` with each index, in order,
 /// as soon as it and all before it are done. Shows a progress bar on standard error when that is a

@@ -10,7 +10,15 @@
 
 namespace glyphline {
 
-/// The picture in the file, or on standard input for "-". Throws Failure naming the file.
-rzPelBuffer<unsigned char> readPicture(const std::string& path);
+/// The picture in the file, or on standard input for "-". Throws Failure that names the file and
+/// the option that it came with, if any.
+rzPelBuffer<unsigned char> readPicture(const std::string& path, const std::string& option = {});
+
+/// The mask in the file; unbound for an empty name.
+rzPelBuffer_const<unsigned char> readMask(const std::string& path);
+
+/// Throws Failure unless the mask is unbound or of the size of the picture.
+void requireFit(const rzPelBuffer_const<unsigned char>& mask, const std::string& maskPath,
+                const rzPelBuffer<unsigned char>& picture, const std::string& picturePath);
 
 }  // namespace glyphline

@@ -83,12 +83,9 @@ std::string dumped(const Json& json) {
 }  // namespace
 
 std::string jsonOf(const ArrangeReport& report) {
-  Json json{{"image", report.image},
-            {"found", report.isFound},
-            {"truncated", report.isTruncated},
-            {"matched", report.matched},
-            {"expected", report.expected},
-            {"verdict", report.passes() ? "pass" : "fail"}};
+  Json json{{"image", report.image},           {"found", report.isFound},
+            {"truncated", report.isTruncated}, {"matched", report.matched},
+            {"expected", report.expected},     {"verdict", report.passes() ? "pass" : "fail"}};
   json["lines"] = Json::array();
   for (std::size_t i = 0; i < report.lines.size(); ++i) {
     json["lines"].push_back(jsonOf(report.lines[i], i));

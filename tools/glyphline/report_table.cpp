@@ -23,7 +23,8 @@ void writePlace(std::ostream& out, const Place& place) {
 
 void writePosition(std::ostream& out, const PositionReport& position, std::size_t index) {
   out << padded(std::to_string(index), 5) << "   " << shown(position.character) << "   ";
-  const std::string status = position.isBlank && !position.place ? "blank" : nameOf(position.status);
+  const std::string status =
+      position.isBlank && !position.place ? "blank" : nameOf(position.status);
   out << status << std::string(10 - status.size(), ' ');
   const bool isMatched = position.status == rzOCArrangeDefs::eMatched;
   out << (isMatched ? number(position.score, 2, 5) : "    -");

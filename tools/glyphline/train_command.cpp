@@ -9,16 +9,16 @@
 #include "char_list.h"
 #include "failure.h"
 #include "font_train.h"
+#include "oc/extract_model.h"
 #include "options.h"
 #include "picture.h"
-#include "rz/exception.h"
 
 namespace glyphline {
 namespace {
 
 constexpr double kConfusionThreshold = 0.5;
-constexpr rzLong kMostMargin = 1000;   // pels
-constexpr double kMostSize = 4000.0;  // pels of the em square
+constexpr rzLong kMostMargin = 1000;    // pels
+constexpr double kMostSize = 4000.0;    // pels of the em square
 constexpr double kMostBlank = 30000.0;  // pels
 
 struct TrainOptions {
@@ -74,9 +74,8 @@ BoxTraining boxTraining(const TrainOptions& options) {
   for (std::size_t i = 0; i < options.images.size(); ++i) {
     BoxedPicture boxed;
     boxed.name = options.images[i];
-    boxed.picture = readPicture(boxed.name);
-    boxed.boxes =
-        readBoxes(options.boxes[i], boxed.picture.width(), boxed.picture.height());
+    boxed.picture = readPicture(boxed.name, "--image");
+    boxed.boxes = readBoxes(options.boxes[i], boxed.picture.width(), boxed.picture.height());
     training.pictures.push_back(std::move(boxed));
   }
   return training;
@@ -105,7 +104,7 @@ std::vector<TrainedChar> trainedChars(const TrainOptions& options) {
 }
 
 rzOCAlphabet startingAlphabet(const TrainOptions& options) {
-  if (!options.add.empty()) return readAlphabet(options.add);
+  if (!options.add.empty()) return readAlphabet(options.add, "--add");
   return rzOCAlphabet(std::vector<rzPtrHandle_const<rzOCModel>>{}, kConfusionThreshold, false,
                       options.name);
 }
@@ -122,6 +121,24 @@ void extend(rzOCAlphabet& alphabet, const std::vector<TrainedChar>& trained,
   if (!options.name.empty()) alphabet.name(options.name);
 }
 
+void tellEach(const std::vector<TrainedChar>& trained) {
+  for (const TrainedChar& one : trained) {
+    std::cerr << utf8Of(one.character) << "  " << one.area.width() << "x" << one.area.height()
+              << " pels, " << one.source << '\n';
+  }
+}
+
+// Such characters are never matched: better known now than when the first picture fails.
+void tellUnsearched(const std::vector<TrainedChar>& trained) {
+  for (const TrainedChar& one : trained) {
+    if (!one.image.isBound()) continue;
+    const rz_OCExtractObstacle obstacle = rfOCExtractObstacle(*modelOf(one));
+    if (obstacle == eNoObstacle) continue;
+    std::cerr << "warning: \"" << utf8Of(one.character)
+              << "\" will not be searched for: " << rfOCExtractObstacleText(obstacle) << '\n';
+  }
+}
+
 int train(const TrainOptions& options) {
   requireOneSource(options);
   rzOCAlphabet alphabet = startingAlphabet(options);
@@ -129,8 +146,10 @@ int train(const TrainOptions& options) {
   extend(alphabet, trained, options);
   if (options.compile) alphabet.compile(nullptr, 0);
   writeAlphabet(options.output, alphabet);
+  if (options.voice.verbose) tellEach(trained);
   if (!options.voice.quiet) {
     std::cerr << options.output << ": " << alphabet.numChars() << " characters\n";
+    tellUnsearched(trained);
   }
   return kAllMatched;
 }

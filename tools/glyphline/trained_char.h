@@ -28,9 +28,9 @@ rzPtrHandle_const<rzOCModel> modelOf(const TrainedChar& trained);
 
 /// What a blank's box depends on besides its width.
 struct BlankFrame {
-  rzLong margin = 3;       // of the characters
-  double spacing = 0.0;    // usual room between the ink of two neighbours
-  rzLong height = 1;       // of the print
+  rzLong margin = 3;     // of the characters
+  double spacing = 0.0;  // usual room between the ink of two neighbours
+  rzLong height = 1;     // of the print
 };
 
 /// A blank that moves print on by `width` pels. Its box is about as wide as keeps the free space

@@ -13,7 +13,8 @@ FONT = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
 
 
 def run(*arguments, stdin=None):
-    return subprocess.run([TOOL, *map(str, arguments)], capture_output=True, stdin=stdin, timeout=120)
+    call = [a if isinstance(a, bytes) else str(a) for a in (TOOL, *arguments)]
+    return subprocess.run(call, capture_output=True, stdin=stdin, timeout=120)
 
 
 class Command(unittest.TestCase):
@@ -63,12 +64,83 @@ class Command(unittest.TestCase):
             self.assertAlmostEqual((ax + cx) / 2, p["center"][0], delta=0.001)
             self.assertAlmostEqual((ay + cy) / 2, p["center"][1], delta=0.001)
 
+    def test_a_text_file_has_one_text_for_each_picture(self):
+        texts = self.folder / "texts.txt"
+        texts.write_bytes(b"LOT\r\nEXP\n")
+        call = ["arrange", "--alphabet", self.alphabet, "--json", "--text-file"]
+        done = run(*call, texts, self.label, self.label)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        read = ["".join(p["char"] for p in json.loads(line)["positions"])
+                for line in done.stdout.splitlines()]
+        self.assertEqual(read, ["LOT", "EXP"])
+        self.assert_bad(run(*call, texts, self.label), texts, "--text-file", "2 texts for 1")
+        with open(texts, "rb") as stdin:
+            self.assertEqual(run(*call, "-", self.label, self.label, stdin=stdin).returncode, 0)
+
+    def test_uncertainties_come_on_demand(self):
+        for options, wanted in (([], False), (["--uncertainties"], True)):
+            position = json.loads(self.arrange("--json", *options).stdout)["positions"][0]
+            self.assertEqual("uncertainty" in position, wanted)
+
+    def test_a_mask_hides_what_it_does_not_cover(self):
+        for name, value, status in (("black", 0, 1), ("white", 255, 0)):
+            mask = self.folder / f"{name}.pgm"
+            mask.write_bytes(b"P5 460 220 255\n" + bytes([value]) * (460 * 220))
+            self.assertEqual(self.arrange("--mask", mask).returncode, status)
+        mask.write_bytes(b"P5 46 22 255\n" + bytes([255]) * (46 * 22))
+        self.assert_bad(self.arrange("--mask", mask), mask, "--mask", "46x22", "460x220")
+
+    def test_a_font_and_boxes_round_its_print_train_the_same_places(self):
+        # The label's first line, boxed where the font alphabet finds it, reads the label again.
+        found = json.loads(self.arrange("--json").stdout)["positions"]
+        boxes = self.folder / "label.box"
+        height = 220
+        lines = []
+        for p in found:
+            if p["char"] == " ":
+                continue
+            xs, ys = zip(*p["box"])
+            lines.append(f"{p['char']} {int(min(xs))} {height - int(max(ys)) - 1} "
+                         f"{int(max(xs)) + 1} {height - int(min(ys))} 0")
+        boxes.write_text("\n".join(lines) + "\n", encoding="utf-8")
+        alphabet = self.folder / "boxed.oca"
+        done = run("train", "--image", self.label, "--boxes", boxes, "--blank", 11, "-o", alphabet)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        again = json.loads(self.arrange("--json", alphabet=alphabet).stdout)["positions"]
+        for p, q in zip(found, again):
+            if p["char"] == " " or q["status"] != "matched":
+                continue
+            # The slanted print is boxed upright, which moves the middle of the ink a little.
+            self.assertAlmostEqual(p["center"][0], q["center"][0], delta=1.5)
+            self.assertAlmostEqual(p["center"][1], q["center"][1], delta=1.5)
+        self.assertGreater(sum(q["status"] == "matched" for q in again), 12)
+
+    def test_an_alphabet_grows_and_keeps_a_character_that_comes_twice_only_once(self):
+        small, grown = self.folder / "small.oca", self.folder / "grown.oca"
+        run("train", "--font", FONT, "--size", 32, "--chars", "ABBA", "--name", "first", "-o", small)
+        done = run("train", "--font", FONT, "--size", 32, "--chars", "C", "--add", small, "-o", grown)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        shown = json.loads(run("show", grown, "--json").stdout)
+        self.assertEqual([c["char"] for c in shown["characters"]], list("ABC"))
+        self.assertEqual(shown["name"], "first")
+        self.assertEqual(shown["characters"][0]["source"], pathlib.Path(FONT).name)
+
+    def test_training_warns_of_characters_that_are_never_searched(self):
+        out = self.folder / "i.oca"
+        done = run("train", "--font", FONT, "--size", 32, "--chars", "AI", "-o", out)
+        self.assertIn(b'warning: "I"', done.stderr)
+        self.assertNotIn(b'"A"', done.stderr)
+        quiet = run("train", "--font", FONT, "--size", 32, "--chars", "AI", "--quiet", "-o", out)
+        self.assertEqual(quiet.stderr, b"")
+
     def test_a_wrong_text_fails_with_status_1(self):
         done = self.arrange("--json", text="WXYZ")
         self.assertEqual(done.returncode, 1, done.stderr)
         report = json.loads(done.stdout)
         self.assertTrue(report["found"])
         self.assertEqual(report["verdict"], "fail")
+        for p in report["positions"]:
+            self.assertEqual(p["box"] is None, p["status"] == "unknown")
 
     def test_jobs_and_repeats_give_the_same_answers(self):
         answers = set()
@@ -116,10 +188,13 @@ class Command(unittest.TestCase):
         text = self.folder / "note.txt"
         text.write_text("no picture", encoding="utf-8")
         out = self.folder / "never.oca"
+        short = self.folder / "short.png"
+        short.write_bytes(self.label.read_bytes()[:5000])
         boxes = self.folder / "outside.box"
         boxes.write_text("A 10 10 99999 20 0\n", encoding="utf-8")
         cases = [
             (self.arrange(image=text), [text, "not a picture"]),
+            (self.arrange(image=short), [short, "damaged"]),
             (self.arrange(image=self.folder / "none.png"), ["none.png"]),
             (self.arrange(text="a"), [self.alphabet, "--text", '"a"']),
             (self.arrange("--scale", "1.1:0.9"), ["--scale"]),
@@ -127,12 +202,30 @@ class Command(unittest.TestCase):
             (self.arrange("--min-score", "2"), ["--min-score", "Invalid min match score"]),
             (self.arrange("--max-lines", "0"), ["--max-lines", "Invalid max lines"]),
             (self.arrange("--overlay", "x.gif"), ["x.gif", "--overlay"]),
-            (self.arrange("--mask", self.label, image=text), [text]),
+            (self.arrange("--mask", text), [text, "--mask"]),
+            (self.arrange(image=self.folder), [self.folder]),
+            (self.arrange(alphabet=self.folder / "no.oca"), ["no.oca", "--alphabet"]),
+            (self.arrange("--orientation", "sideways"), ["--orientation", "sideways"]),
+            (self.arrange("--direction", "up"), ["--direction", "up"]),
+            (self.arrange("--timeout", "-1"), ["--timeout", "Invalid timeout"]),
+            (self.arrange("--jobs", "0"), ["--jobs"]),
+            (self.arrange("--overlay", "x.png", self.label), ["x.png", "--overlay", "%"]),
+            (self.arrange("--overlay", self.folder / "no" / "x.png"), ["x.png"]),
+            (self.arrange(text=b"\xff"), ["--text", "UTF-8"]),
+            (run("find", "--alphabet", self.alphabet, "--chars", "a", self.label), ["--chars", '"a"']),
+            (run("find", "--alphabet", self.alphabet, "--chars", "A", "--scale", "0:1", self.label),
+             ["--scale"]),
+            (run("edit", self.alphabet, "--remove", "a", "-o", out), ["--remove", '"a"']),
+            (run("train", "--font", FONT, "--size", 30, "--chars", "C-A", "-o", out), ["--chars"]),
+            (run("train", "--font", FONT, "--size", 30, "--chars", "A",
+                 "-o", self.folder / "no" / "x.oca"), ["x.oca"]),
+            (run("train", "--image", self.label, "-o", out), ["--boxes"]),
             (run("arrange", "--alphabet", self.alphabet, self.label), ["--text"]),
-            (run("train", "--font", FONT, "--size", 30, "--chars", "\u4e00", "-o", out), [FONT, "\u4e00"]),
-            (run("train", "--font", text, "--size", 30, "--chars", "A", "-o", out), [text]),
+            (run("train", "--font", FONT, "--size", 30, "--chars", "\u4e00", "-o", out), [FONT, "--chars", "\u4e00"]),
+            (run("train", "--font", text, "--size", 30, "--chars", "A", "-o", out),
+             [text, "--font"]),
             (run("train", "--image", self.label, "--boxes", boxes, "-o", out),
-             [f"{boxes}:1", "leaves the picture"]),
+             [f"{boxes}:1", "--boxes", "leaves the picture"]),
             (run("train", "--font", FONT, "--size", 30, "--chars", "A", "--add", self.alphabet,
                  "-o", out), ["--add", '"A"']),
             (run("train", "-o", out), ["--font", "--image"]),
