@@ -40,19 +40,21 @@ RZ_ALWAYS_INLINE void unitVectors(const Gradient* row, const std::int32_t* above
     const int gy = row[x].y();
     const int ax = gx < 0 ? -gx : gx;
     const int ay = gy < 0 ? -gy : gy;
-    // The neighbours across the edge, in the nearest of four directions; 12/5 is near tan(67.5).
-    const bool flat = 5 * ax > 12 * ay;
-    const bool steep = 5 * ay > 12 * ax;
-    const bool falling = (gx ^ gy) >= 0;
-    const std::int32_t one = flat      ? size[x - 1]
-                             : steep   ? above[x]
-                             : falling ? above[x - 1]
-                                       : above[x + 1];
-    const std::int32_t two = flat      ? size[x + 1]
-                             : steep   ? below[x]
-                             : falling ? below[x + 1]
-                                       : below[x - 1];
-    const bool isRidge = (size[x] >= floor) & (size[x] >= one) & (size[x] >= two);
+    // All neighbours are fetched, whichever count: so the loop can be done in vectors.
+    const std::int32_t left = size[x - 1], right = size[x + 1];
+    const std::int32_t up = above[x], down = below[x];
+    const std::int32_t upLeft = above[x - 1], downRight = below[x + 1];
+    const std::int32_t upRight = above[x + 1], downLeft = below[x - 1];
+    // The greater neighbour across the edge, in the nearest of four directions; 12/5 is near
+    // tan(67.5).
+    const std::int32_t beside = std::max(left, right);
+    const std::int32_t upright = std::max(up, down);
+    const std::int32_t falling = std::max(upLeft, downRight);
+    const std::int32_t rising = std::max(upRight, downLeft);
+    std::int32_t other = (gx ^ gy) >= 0 ? falling : rising;
+    other = 5 * ay > 12 * ax ? upright : other;
+    other = 5 * ax > 12 * ay ? beside : other;
+    const bool isRidge = (size[x] >= floor) & (size[x] >= other);
     const float length = std::sqrt(static_cast<float>(size[x]));
     const float factor = isRidge ? static_cast<float>(kUnit) / length : 0.0F;
     unitX[x] = static_cast<std::int16_t>(static_cast<float>(gx) * factor);
