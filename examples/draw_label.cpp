@@ -27,7 +27,7 @@ void drawPrint(cairo_t* cairo) {
   cairo_translate(cairo, 0.5 * kWidth, 0.5 * kHeight);
   cairo_rotate(cairo, kSlant);
   cairo_set_source_rgb(cairo, 0.86, 0.86, 0.86);
-  cairo_rectangle(cairo, -195, -78, 390, 156);
+  cairo_rectangle(cairo, -160, -74, 320, 148);
   cairo_fill(cairo);
   cairo_font_options_t* options = cairo_font_options_create();
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
@@ -38,9 +38,9 @@ void drawPrint(cairo_t* cairo) {
   cairo_select_font_face(cairo, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
   cairo_set_font_size(cairo, kFontSize);
   cairo_set_source_rgb(cairo, 0.16, 0.16, 0.16);
-  cairo_move_to(cairo, -160, -18);
+  cairo_move_to(cairo, -112, -18);
   cairo_show_text(cairo, "LOT 4471B");
-  cairo_move_to(cairo, -160, 40);
+  cairo_move_to(cairo, -112, 40);
   cairo_show_text(cairo, "EXP 2027-03");
 }
 

@@ -3,18 +3,44 @@
 """The command from outside: what it prints, how it ends, and what it leaves behind."""
 import json
 import pathlib
+import struct
 import subprocess
 import sys
 import tempfile
 import unittest
+import zlib
 
-TOOL, EXAMPLES = sys.argv[1], pathlib.Path(sys.argv[2])
+TOOL, EXAMPLES, VERIFY = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3]
 FONT = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
 
 
 def run(*arguments, stdin=None):
     call = [a if isinstance(a, bytes) else str(a) for a in (TOOL, *arguments)]
     return subprocess.run(call, capture_output=True, stdin=stdin, timeout=120)
+
+
+def grey_rows(png):
+    """The grey rows of a PNG of 8-bit RGB, as the label is."""
+    width, height, depth, colour = struct.unpack(">IIBB", png[16:26])
+    assert (depth, colour) == (8, 2)
+    data, at = b"", 8
+    while at < len(png):
+        length, kind = struct.unpack(">I4s", png[at:at + 8])
+        if kind == b"IDAT":
+            data += png[at + 8:at + 8 + length]
+        at += length + 12
+    raw, above = zlib.decompress(data), bytes(3 * width)
+    for y in range(height):
+        start = y * (3 * width + 1)
+        method, line = raw[start], bytearray(raw[start + 1:start + 1 + 3 * width])
+        for x in range(3 * width):
+            a, b = (line[x - 3] if x >= 3 else 0), above[x]
+            c = above[x - 3] if x >= 3 else 0
+            p = a + b - c
+            nearest = min((abs(p - a), 0, a), (abs(p - b), 1, b), (abs(p - c), 2, c))[2]
+            line[x] = (line[x] + (0, a, b, (a + b) // 2, nearest)[method]) & 255
+        above = bytes(line)
+        yield above[::3]
 
 
 class Command(unittest.TestCase):
@@ -55,6 +81,17 @@ class Command(unittest.TestCase):
         self.assertEqual([p["char"] for p in report["positions"]], list(self.text))
         self.assertEqual([i for line in report["lines"] for i in line["positions"]],
                          list(range(len(self.text))))
+
+    def test_the_example_program_says_the_same(self):
+        rows = list(grey_rows(self.label.read_bytes()))
+        picture = self.folder / "label.pgm"
+        picture.write_bytes(b"P5\n%d %d\n255\n" % (len(rows[0]), len(rows)) + b"".join(rows))
+        done = subprocess.run([VERIFY, self.alphabet, picture, self.text], capture_output=True,
+                              timeout=120)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        said = [line.split()[-2] == "matched" for line in done.stdout.decode().splitlines()]
+        positions = json.loads(self.arrange("--json").stdout)["positions"]
+        self.assertEqual(said, [p["status"] == "matched" for p in positions])
 
     def test_boxes_lie_round_their_centre_and_turn_with_the_angle(self):
         for p in json.loads(self.arrange("--json").stdout)["positions"]:
