@@ -184,7 +184,7 @@ requires std::is_same_v<std::underlying_type_t<Enum>, rzLong> rzArchive& rf_Seri
     rzArchive& archive, Enum& value) {
   rzLong number = static_cast<rzLong>(value);
   archive || number;
-  value = static_cast<Enum>(number);
+  if (archive.isLoading()) value = static_cast<Enum>(number);
   return archive;
 }
 

@@ -24,5 +24,5 @@ class RZ_API rzFileError : public rzExceptionWithString {
 RZ_API void rfWriteArchiveFile(const std::string& path, std::span<const unsigned char> payload);
 
 /// The payload of the file. Throws rzFileError when it cannot be read, rzArchive::UnknownVersion
-/// for a format version above 1, and rzArchive::BadFormat for any other damage.
+/// for a format version other than 1, and rzArchive::BadFormat for any other damage.
 RZ_API std::vector<unsigned char> rfReadArchiveFile(const std::string& path);

@@ -25,7 +25,7 @@ string(FIND "${rest}" "```" end)
 string(SUBSTRING "${rest}" 0 ${end} example)
 file(WRITE "${SCRATCH_DIR}/readme_example.cpp" "${example}")
 
-run("${CMAKE_COMMAND}" -S "${CONSUMER_DIR}" -B "${SCRATCH_DIR}/build"
+run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${CONSUMER_DIR}" -B "${SCRATCH_DIR}/build"
   "-DCMAKE_PREFIX_PATH=${SCRATCH_DIR}/prefix" "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
   "-DREADME_EXAMPLE=${SCRATCH_DIR}/readme_example.cpp")
 run("${CMAKE_COMMAND}" --build "${SCRATCH_DIR}/build")

@@ -33,6 +33,7 @@ void moveBits(rzArchive& archive, Bits& bits) {
   for (std::size_t i = 0; i < bytes.size(); ++i)
     bytes[i] = static_cast<unsigned char>(std::uint64_t{bits} >> (8 * i));
   archive.moveBytes(bytes.data(), bytes.size());
+  if (archive.isStoring()) return;
   std::uint64_t moved = 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) moved |= std::uint64_t{bytes[i]} << (8 * i);
   bits = static_cast<Bits>(moved);
@@ -43,7 +44,7 @@ rzArchive& moveAs(rzArchive& archive, Value& value) {
   static_assert(sizeof(Bits) == sizeof(Value));
   auto bits = std::bit_cast<Bits>(value);
   moveBits(archive, bits);
-  value = std::bit_cast<Value>(bits);
+  if (archive.isLoading()) value = std::bit_cast<Value>(bits);
   return archive;
 }
 
@@ -90,11 +91,11 @@ void rzArchive::moveBytes(void* bytes, std::size_t size) {
 
 rzULong rzArchive::checkedCount(std::size_t stored, std::size_t smallestElementSize) {
   rstd_assert_(smallestElementSize > 0, __LINE__);
-  if (!loading_ && stored > std::numeric_limits<rzULong>::max())
-    throw BadFormat("Too many elements for an archive");
+  constexpr std::size_t kMostElements = std::numeric_limits<rzLong>::max();
+  if (!loading_ && stored > kMostElements) throw BadFormat("Too many elements for an archive");
   auto count = static_cast<rzULong>(stored);
   *this || count;
-  if (loading_ && count > remaining() / smallestElementSize)
+  if (loading_ && (count > kMostElements || count > remaining() / smallestElementSize))
     throw BadFormat("Count exceeds what is left of the archive");
   return count;
 }
@@ -133,7 +134,7 @@ rzArchive& operator||(rzArchive& archive, bool& value) {
   unsigned char byte = value ? 1 : 0;
   archive || byte;
   if (byte > 1) throw rzArchive::BadFormat("Neither true nor false");
-  value = byte == 1;
+  if (archive.isLoading()) value = byte == 1;
   return archive;
 }
 

@@ -105,11 +105,16 @@ class File {
   int descriptor_;
 };
 
-// A name in the folder of `path` that no other writer uses.
+// A name in the folder of `path` that no other writer uses. What an earlier process of this number
+// left behind is passed over.
 std::string temporaryName(const std::string& path) {
   static std::atomic<rzULong> numWritten = 0;
-  return path + ".tmp" + rfStr(static_cast<rzLong>(::getpid())) + "-" +
-         rfStr(rzULong{numWritten++});
+  std::string name;
+  do {
+    name = path + ".tmp" + rfStr(static_cast<rzLong>(::getpid())) + "-" +
+           rfStr(rzULong{numWritten++});
+  } while (::access(name.c_str(), F_OK) == 0);
+  return name;
 }
 
 // The new name in the folder reaches the disk too; where folders cannot be flushed, it just takes
@@ -182,7 +187,7 @@ std::vector<unsigned char> rfReadArchiveFile(const std::string& path) {
   if (header.formatVersion != kFormatVersion)
     throw rzArchive::UnknownVersion("format of archive file " + path,
                                     static_cast<rzLong>(header.formatVersion));
-  if (header.length != size - kHeaderSize)
+  if (size < kHeaderSize || header.length != size - kHeaderSize)
     throw rzArchive::BadFormat("Archive file has not the length it tells: " + path);
   std::vector<unsigned char> payload(header.length);
   const ssize_t got = file.read(payload);

@@ -16,6 +16,8 @@
 
 namespace {
 
+constexpr std::size_t kLongestClassName = 128;  // bytes; what is longer is no name of ours
+
 using Make = rzPersistent* (*)();
 
 struct Registry {
@@ -152,6 +154,7 @@ rzPersistent* rzPersistent::load_(rzArchive& archive, Accepts accepts) {
 rzPersistent* rzPersistent::loadNew_(rzArchive& archive, Accepts accepts) {
   std::string name;
   archive || name;
+  if (name.size() > kLongestClassName) throw rzArchive::BadFormat("Not the name of a class");
   std::unique_ptr<rzPersistent> made(makeObject(name));
   if (!accepts(*made)) throw rzArchive::BadFormat("Unexpected object of class " + name);
   rzPersistent* object = made.get();

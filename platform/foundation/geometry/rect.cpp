@@ -34,6 +34,7 @@ void rzRect::serialize_(rzArchive& archive, unsigned char version) {
   rzVector<2> ul = ul_;
   rzVector<2> size = size_;
   archive || ul || size;
+  if (archive.isStoring()) return;
   ul_ = ul;
   size_ = size;
 }

@@ -14,6 +14,8 @@ namespace {
 constexpr unsigned char kLinear = 0;
 constexpr unsigned char kByHandle = 1;
 constexpr rzLong kLoadedAlign = 32;  // rows as every working buffer has them
+// Narrower rows are not aligned, so that a forged picture cannot take much more than its bytes.
+constexpr rzLong kNarrowRow = 32;
 
 void movePels(rzArchive& ar, const rz_PelRoot& root) {
   for (rzLong row = 0; row < root.height(); ++row) {
@@ -31,8 +33,8 @@ std::shared_ptr<rz_PelRoot> loadRoot(rzArchive& ar, const rzPelRect& entire, rzL
       ar.remaining()) {
     throw rzArchive::BadFormat("Fewer pels than the size asks for");
   }
-  auto root =
-      std::make_shared<rz_PelRoot>(entire.width(), entire.height(), bytesPerPel, kLoadedAlign);
+  const rzLong align = entire.width() < kNarrowRow ? bytesPerPel : kLoadedAlign;
+  auto root = std::make_shared<rz_PelRoot>(entire.width(), entire.height(), bytesPerPel, align);
   movePels(ar, *root);
   ar.addShared(root);
   return root;
@@ -61,6 +63,9 @@ void rz_PelBuffer::serializeXforms_(rzArchive& ar, Xforms& xforms) {
   if (xforms.clientFromImageBase->isLinear()) {
     xforms.clientFromImage = xforms.clientFromImageBase->linearXform(rzVector<2>());
     xforms.imageFromClient = xforms.imageFromClientBase->linearXform(rzVector<2>());
+    if (!xforms.clientFromImage.isFinite() || !xforms.imageFromClient.isFinite()) {
+      throw rzArchive::BadFormat("Transform is not finite");
+    }
   }
 }
 

@@ -235,3 +235,25 @@ TEST(Archive, SharedIdOfAnotherKindOrFromTheFutureIsBadFormat) {
   EXPECT_THROW(in.sharedId(number), rzArchive::BadFormat);
   EXPECT_THROW(in.sharedId(text), rzArchive::BadFormat);
 }
+
+namespace {
+
+TEST(Archive, StoringReadsOnly) {
+  // Constants may lie in memory that cannot be written.
+  static const double kNumber = 0.1;
+  static const bool kFlag = true;
+  static const std::int16_t kShort = -7;
+  std::vector<unsigned char> bytes;
+  auto out = rzArchive::storingTo(bytes);
+  out << kNumber << kFlag << kShort;
+  auto in = rzArchive::loadingFrom(bytes);
+  double number = 0.0;
+  bool flag = false;
+  std::int16_t small = 0;
+  in >> number >> flag >> small;
+  EXPECT_EQ(number, kNumber);
+  EXPECT_EQ(flag, kFlag);
+  EXPECT_EQ(small, kShort);
+}
+
+}  // namespace
