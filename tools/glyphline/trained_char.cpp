@@ -19,9 +19,13 @@ rzPtrHandle_const<rzOCModel> modelOf(const TrainedChar& trained) {
   return new rzOCModel(key, image, trained.area, rzOCModel::eNormal, name, trained.source);
 }
 
+// How much of the neighbours' margins a blank's box makes up for: of shares from 0 to 2 the one
+// with which the fewest lines are broken at their spaces.
+constexpr double kMarginShare = 1.0 / 3.0;
+
 TrainedChar blankOf(char32_t character, double width, const BlankFrame& frame,
                     const std::string& source) {
-  const double box = width - frame.spacing + frame.margin;
+  const double box = width - frame.spacing + kMarginShare * frame.margin;
   const auto boxWidth = static_cast<rzLong>(std::max(1.0, std::round(box)));
   TrainedChar blank;
   blank.character = character;

@@ -35,8 +35,7 @@ struct BlankFrame {
 
 /// A blank that moves print on by `width` pels. Its box is about as wide as keeps the free space
 /// between boxes even along a line: neighbours' margins reach into the blank, and the usual spacing
-/// stands on one side of it. One margin instead of two allows for print that sets its spaces tight;
-/// of 0 to 2 it breaks the fewest lines at spaces.
+/// stands on one side of it.
 TrainedChar blankOf(char32_t character, double width, const BlankFrame& frame,
                     const std::string& source);
 
