@@ -1,9 +1,13 @@
 # Switches of the build, and the compiler options that every room of the library shares.
 option(OC_DEVELOPER "Build tests, benchmarks and fuzz targets; warnings are errors" ${PROJECT_IS_TOP_LEVEL})
+option(OC_TOOL "Build the command glyphline" ${PROJECT_IS_TOP_LEVEL})
 set(OC_SANITIZE "" CACHE STRING "Sanitizers to build with: empty, 'address,undefined', or 'thread'")
 option(OC_COVERAGE "Measure test coverage" OFF)
 option(OC_FUZZ "Build the fuzz targets with libFuzzer; without it they replay their corpus" OFF)
-set(OC_ONLY "" CACHE STRING "Only these folders, for work on a part of the tree")
+
+if(OC_DEVELOPER AND NOT OC_TOOL)
+  message(FATAL_ERROR "OC_DEVELOPER needs OC_TOOL: the tests run the command")
+endif()
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release)
