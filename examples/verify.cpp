@@ -22,8 +22,8 @@ int main(int argc, char** argv) try {
   std::vector<char> pels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   file.read(pels.data(), static_cast<std::streamsize>(pels.size()));
 
-  const auto image = rfPelBufferFromPels(reinterpret_cast<const unsigned char*>(pels.data()),
-                                         width, height, width);
+  const auto image = rfPelBufferFromPels(reinterpret_cast<const unsigned char*>(pels.data()), width,
+                                         height, width);
   const std::string text = argv[3];
   rzOCArrangeResults results;
   rfOCArrange(image, rfOCReadAlphabet(argv[1]), {text.begin(), text.end()}, rzOCArrangeParams(),

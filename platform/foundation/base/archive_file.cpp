@@ -111,8 +111,8 @@ std::string temporaryName(const std::string& path) {
   static std::atomic<rzULong> numWritten = 0;
   std::string name;
   do {
-    name = path + ".tmp" + rfStr(static_cast<rzLong>(::getpid())) + "-" +
-           rfStr(rzULong{numWritten++});
+    name =
+        path + ".tmp" + rfStr(static_cast<rzLong>(::getpid())) + "-" + rfStr(rzULong{numWritten++});
   } while (::access(name.c_str(), F_OK) == 0);
   return name;
 }

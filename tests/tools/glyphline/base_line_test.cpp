@@ -26,8 +26,8 @@ TEST(BaseLine, OfOneBoxIsItsFoot) {
 }
 
 TEST(PrintedLines, AreToldApartAndRunFromLeftToRight) {
-  const std::vector<rzRect> boxes{{40, 0, 10, 20}, {0, 30, 10, 20},  {0, 1, 10, 20},
-                                     {20, 32, 10, 18}, {20, 12, 4, 8}, {500, 0, 10, 20}};
+  const std::vector<rzRect> boxes{{40, 0, 10, 20},  {0, 30, 10, 20}, {0, 1, 10, 20},
+                                  {20, 32, 10, 18}, {20, 12, 4, 8},  {500, 0, 10, 20}};
   const std::vector<std::vector<std::size_t>> lines = glyphline::printedLines(boxes);
   const std::vector<std::vector<std::size_t>> expected{{1, 3}, {2, 4, 0}, {5}};
   EXPECT_EQ(lines, expected);
