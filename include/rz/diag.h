@@ -71,7 +71,7 @@ class RZ_API rzDiagRecord {
   void text(const std::string& content, const std::string& label);
   void graphics(const rzGraphicList& list, rzLong coordinateSystem, const std::string& label);
   /// With `copy` the record has pels of its own; without, it shares them, and shows what becomes
-  /// of them. An unbound image adds nothing.
+  /// of them. An image that is unbound, or whose window is empty, adds nothing.
   void image(const rzPelBuffer_const<unsigned char>& image, const std::string& name, bool copy);
 
   /// In the order in which they were added.
@@ -127,8 +127,8 @@ class RZ_API rzDiagLevelScope {
 };
 
 /// Each adds a record with this title and one thing in it, and gives the record; null, and nothing
-/// done, when `diag` is null. The picture of rf_AddImage is named like the record; an unbound image
-/// gives a record without picture.
+/// done, when `diag` is null. The picture of rf_AddImage is named like the record; an image that
+/// is unbound, or whose window is empty, gives a record without picture.
 RZ_API rzDiagRecord* rf_AddImage(rzDiagObject* diag, const rzPelBuffer_const<unsigned char>& image,
                                  const std::string& name, bool copy);
 RZ_API rzDiagRecord* rf_AddText(rzDiagObject* diag, const std::string& text,

@@ -24,15 +24,16 @@ void rf_RecordArrangeInputs(const rzPelBuffer_const<unsigned char>& image,
                             const rzOCArrangeParams& params, rzDiagObject* diag);
 
 /// "Build arrangement", one level down: the errors of every position, line by line, and the cost
-/// that they make. `cost` is that of the final evaluation of `path`, which has to be a valid one.
+/// that they make. `cost` is that of the final evaluation of `path`, which has to be a valid one;
+/// the weights of `params` are in it already.
 void rf_RecordArrangeCosts(const rzPelBuffer_const<unsigned char>& image,
                            const rzOCAlphabet& alphabet, const std::vector<rzLong>& targetKeys,
                            const std::vector<rz_CharData>& charData,
                            const std::vector<rz_Pose>& positionPoses,
                            const std::vector<double>& scores,
                            const std::vector<rzOCArrangeDefs::CharStatus>& statuses,
-                           const rz_ArrangePath& path, const rz_ArrangeCost& cost,
-                           rzDiagObject* diag);
+                           const rzOCArrangeParams& params, const rz_ArrangePath& path,
+                           const rz_ArrangeCost& cost, rzDiagObject* diag);
 
 /// "OC Arranger: Output", and below it a record for each line. Does nothing when `diag` is null or
 /// `flags` do not ask for results.

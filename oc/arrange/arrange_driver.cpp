@@ -88,7 +88,7 @@ void rfOCArrange_(const Image& image, const Image& mask, const rzOCAlphabet& alp
   const rzPtrHandle_const<rzOCAlphabet> ownAlphabet(new rzOCAlphabet(alphabet));
   std::vector<rz_CharData> charData = charDataOf(*ownAlphabet, targetKeys);
   rzDiagObject* const details = detailsDiag(diag, flags, image);
-  rf_AddImage(details, image, "OC Arranger: Intermediate", false);
+  if (details) rf_AddImage(details, image, "OC Arranger: Intermediate", false);
 
   rz_PoseTable poses;
   rz_ScoreTable scores;
@@ -117,7 +117,7 @@ void rfOCArrange_(const Image& image, const Image& mask, const rzOCAlphabet& alp
 
   if (details && isValid) {
     rf_RecordArrangeCosts(image, *ownAlphabet, targetKeys, charData, positionPoses, results.scores_,
-                          results.statusFlags_, path, cost, details);
+                          results.statusFlags_, params, path, cost, details);
   }
   rf_RecordArrangeOutputs(image, targetKeys, *ownAlphabet, results, diag, flags);
 }

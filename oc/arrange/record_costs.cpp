@@ -121,11 +121,14 @@ std::string costText(const rz_ArrangeCost& cost) {
 
 }  // namespace
 
-void rf_RecordArrangeCosts(
-    const Image& image, const rzOCAlphabet& alphabet, const std::vector<rzLong>& targetKeys,
-    const std::vector<rz_CharData>& charData, const std::vector<rz_Pose>& positionPoses,
-    const std::vector<double>& scores, const std::vector<rzOCArrangeDefs::CharStatus>& statuses,
-    const rz_ArrangePath& path, const rz_ArrangeCost& cost, rzDiagObject* diag) {
+void rf_RecordArrangeCosts(const Image& image, const rzOCAlphabet& alphabet,
+                           const std::vector<rzLong>& targetKeys,
+                           const std::vector<rz_CharData>& charData,
+                           const std::vector<rz_Pose>& positionPoses,
+                           const std::vector<double>& scores,
+                           const std::vector<rzOCArrangeDefs::CharStatus>& statuses,
+                           const rzOCArrangeParams&, const rz_ArrangePath& path,
+                           const rz_ArrangeCost& cost, rzDiagObject* diag) {
   const Account account{alphabet, targetKeys, charData, positionPoses,
                         scores,   statuses,   path,     cost};
   const rzDiagLevelScope level(diag);

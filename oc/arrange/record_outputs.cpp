@@ -69,8 +69,9 @@ class LineDetails {
 
  private:
   std::string addCharacter_(const rzPtrHandle_const<rzOCModel>& model, std::size_t position) {
-    const rzOCArrangeDefs::CharStatus status =
-        statuses_[rf_At(rf_FindKeyIndex(targetKeys_, model->key()))];
+    const rzLong place = rf_FindKeyIndex(targetKeys_, model->key());
+    rstd_assert_(place >= 0, __LINE__);
+    const rzOCArrangeDefs::CharStatus status = statuses_[rf_At(place)];
     const rz2Rigid& pose = line_.charPoses()[position];
     const double scale = line_.charScales()[position];
     const rzXform<2> resized(rzVector<2>(), scale, 1.0, rzRadian(0.0), rzRadian(0.0));

@@ -58,7 +58,7 @@ bool rf_SearchCharacters(const rzPelBuffer_const<unsigned char>& image,
   rz_OCExtractModel model;
   rz_OCExtractStringResult result;
   const rzDiagLevelScope imageLevel(diag);
-  rf_AddImage(diag, image, "Search for characters", false);
+  if (diag) rf_AddImage(diag, image, "Search for characters", false);
   const rzDiagLevelScope searchLevel(diag);
   const bool isComplete = model.search(alphabet, keys, image, mask, modelParams(params),
                                        runParams(params), result, diag, flags);

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "oc/arrange.h"
@@ -148,6 +149,24 @@ TEST(ArrangeDiagnostics, EachSwitchRecordsItsOwnPart) {
   EXPECT_THAT(topTitles(rzDiagDefs::eResults), ElementsAre("0OC Arranger: Output"));
 }
 
+// Cut short after two characters, which have no circle through them once the third stands behind.
+TEST(ArrangeDiagnostics, CostsOfAPathThatEndedInvalidAreNotTold) {
+  const Image image = print({draw::letterF(), draw::letterR(), draw::letterK()});
+  for (const auto& [type, isTold] : {std::pair{rzD::eStraight, true}, {rzD::eCircular, false}}) {
+    rzOCArrangeParams params;
+    params.lineType(type);
+    params.maxCandidates(2);
+    params.compPoseUncertainties(true);
+    rzDiagObject diag;
+    rzOCArrangeResults results;
+    rfOCArrange(image, letters(), kFRK, params, results, &diag, kAll);
+    ASSERT_THAT(results.statusFlags(), ElementsAre(rzD::eMatched, rzD::eMatched, rzD::eUnknown));
+    const std::vector<std::string> found = titles(diag);
+    EXPECT_EQ(std::ranges::count(found, "1Build arrangement"), isTold ? 1 : 0);
+    EXPECT_EQ(std::ranges::count(found, "1Details for line #1"), 1) << "results in any case";
+  }
+}
+
 TEST(ArrangeDiagnostics, RecordingChangesNoResult) {
   const Image full = print({draw::letterF(), draw::letterR(), draw::letterK()});
   const Image gap = print({draw::letterF(), draw::letterK(), draw::letterK()});
@@ -265,7 +284,7 @@ TEST(ArrangeDiagnostics, CostsAreToldPositionByPositionAndLineByLine) {
   rzDiagObject diag;
   rf_RecordArrangeCosts(
       draw::paper(9, 9), *boxAlphabet(), keys, charData, poses, {0.75, 0, 0.5, 0, 0},
-      {rzD::eMatched, rzD::eInferred, rzD::eMatched, rzD::eUnknown, rzD::eUnknown},
+      {rzD::eMatched, rzD::eInferred, rzD::eMatched, rzD::eUnknown, rzD::eUnknown}, {},
       pathOf({3, kUnmatched, 0, kUnmatched, kUnmatched}, {0, 3}), cost, &diag);
   ASSERT_THAT(titles(diag), ElementsAre("1Build arrangement"));
   EXPECT_EQ(diag.level(), 0);
