@@ -54,13 +54,19 @@ class Row {
   std::vector<rzXform<2>>& offsets_;
 };
 
-Image areaOf(Image view, const rzPelRect& area) {
-  if (view.isBound()) view.window(area, false);
-  return view;
+Image areaOf(Image image, const rzPelRect& area) {
+  image.window(area, false);
+  return image;
 }
 
-rzPelBuffer<unsigned char> copyOf(const Image& view) {
-  return view.isBound() ? rfPelCopy(view) : rzPelBuffer<unsigned char>();
+// A character need not have a mask.
+Image maskOf(const rzOCModel& character) {
+  return character.mask().isBound() ? areaOf(character.mask(), character.imageArea()) : Image();
+}
+
+rzPelBuffer<unsigned char> maskCopyOf(const rzOCModel& character) {
+  const Image mask = maskOf(character);
+  return mask.isBound() ? rfPelCopy(mask) : rzPelBuffer<unsigned char>();
 }
 
 // A rectangle of that size, made even, about the origin.
@@ -78,7 +84,7 @@ class TrainedCharacter {
     rzWarpSubModelCorTrainParams params;
     params.coarseGrainLimit(1.0);
     params.zoneAllowed(0);
-    const Image mask = areaOf(character.mask(), character.imageArea());
+    const Image mask = maskOf(character);
     const rzWarpSubModel subModel =
         mask.isBound() ? rzWarpSubModel(image_, mask, "") : rzWarpSubModel(image_, "");
     tool_.train(subModel, params, &diag_, 0);
@@ -87,8 +93,8 @@ class TrainedCharacter {
   Result findIn(const rzOCModel& other) {
     const rzRect enclose = character_.encloseRect(
         rzXform<2>(), rzXform<2>(), other.image().clientFromImageXform(), 0.0, rzRadian(0.0), 0.0);
-    auto runImage = copyOf(areaOf(other.image(), other.imageArea()));
-    auto runMask = copyOf(areaOf(other.mask(), other.imageArea()));
+    auto runImage = rfPelCopy(areaOf(other.image(), other.imageArea()));
+    auto runMask = maskCopyOf(other);
     if (image_.imageFromClientXform().matrix() != runImage.imageFromClientXform().matrix()) {
       rf_ResampleToMatch(image_, runImage, runMask);
     }

@@ -235,6 +235,27 @@ TEST(Compile, ARowThatCannotBeMeasuredKeepsItsZerosAndTheOthersGoOn) {
   EXPECT_EQ(alphabet.confusion('F', 1), 0.0);
 }
 
+// A normal character without image: no constructor makes one, an archive may hold one.
+Model withoutImage(rzLong key) {
+  rzOCModel blank(key, Image(), kLetterWindow, rzOCModel::eBlank);
+  Bytes bytes = stored(blank);
+  const std::size_t fromEnd = 16 + 4 + 4 + 4;  // rectangle, empty description and name, type
+  bytes[bytes.size() - fromEnd] = 0;
+  const rzPtrHandle<rzOCModel> model(new rzOCModel);
+  load(*model, bytes);
+  return model;
+}
+
+TEST(Compile, ACharacterWithoutImageEndsTheRowsThatMeetIt) {
+  Models models = fiveLetters();
+  models[2] = withoutImage('K');
+  const rzOCAlphabet alphabet = compiled(models);
+  const auto met = [](const std::vector<double>& row) { return std::pair(row[1] > 0, row[3] > 0); };
+  EXPECT_EQ(met(rowOf(alphabet, 'F')), std::pair(true, false));
+  EXPECT_EQ(met(rowOf(alphabet, 'O')), std::pair(true, false));
+  EXPECT_THAT(rowOf(alphabet, 'K'), ElementsAre(0, 0, 1, 0, 0));
+}
+
 TEST(Compile, AStopLeavesTheAlphabetNotCompiledAndALaterCallStartsAgain) {
   rzOCAlphabet alphabet(fiveLetters());
   {
