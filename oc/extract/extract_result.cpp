@@ -27,8 +27,9 @@ bool rz_OCExtractCharInstance::isEqual(const rz_OCExtractCharInstance& other,
   const rzVector<2> middle(0.5, 0.5);
   const rzVector<2> points[] = {rect.center(), rect.cornerPo(), rect.cornerPx(), rect.cornerPy(),
                                 rect.cornerPopp()};
-  return std::any_of(std::begin(points), std::end(points),
-                     [&](const rzVector<2>& point) { return (point - middle).len() <= tolerance; });
+  return std::any_of(std::begin(points), std::end(points), [&](const rzVector<2>& point) {
+    return !((point - middle).len() > tolerance);
+  });
 }
 
 rz_OCExtractCharResult::rz_OCExtractCharResult() { init(); }

@@ -15,7 +15,7 @@ constexpr double kConverged = 0.003;  // pels by which no point moves any more
 constexpr std::size_t kFewestEdges = 6;
 constexpr int kUnknowns = 5;           // x, y, turn, relative scale, boldness
 constexpr double kStiffness = 0.1;     // against boldness, as a share of all weights
-constexpr double kMostBoldness = 1.0;  // pels  // pels
+constexpr double kMostBoldness = 1.0;  // pels
 
 // Normal equations of the unknowns, and their solution by elimination.
 struct Equations {
