@@ -9,7 +9,8 @@
 // the client side nothing is turned.
 //
 // At the border of the window the pels round about are used where the picture has them (its whole
-// root counts), up to three of them; where it has none, it is continued by reflection.
+// root counts), up to three of them; where it has none, it is continued by reflection. What lies
+// farther out, as in the corners of a turned copy, is 0.
 #pragma once
 
 #include "rz/angle.h"

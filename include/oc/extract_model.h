@@ -59,9 +59,10 @@ class RZ_API rz_OCExtractModel {
   /// pattern finder cut one short, in which case `result` holds what was found until then. A
   /// character that cannot be searched (see rfOCExtractObstacle) has a result without instances.
   ///
-  /// Inputs (0x10000) and results (0x20000) are recorded in `diag`, if it is not null, as `flags`
-  /// say. Throws rzPel::UnboundWindow for an unbound image, rzTimeout::Expired when the work was
-  /// stopped from outside, and what the pattern finder throws for parameters it cannot use.
+  /// With the bit 0x20000 in `flags` the results are recorded in `diag`, if it is not null, and
+  /// with 0x10000 as well, the run parameters before them. Throws rzPel::UnboundWindow for an
+  /// unbound image and rzPel::BadWindow for a mask of another size than the image, once there is a
+  /// pattern to run, and rzTimeout::Expired when the work was stopped from outside.
   bool search(const rzPtrHandle_const<rzOCAlphabet>& alphabet, const std::vector<rzLong>& keys,
               const rzPelBuffer_const<unsigned char>& image,
               const rzPelBuffer_const<unsigned char>& mask,

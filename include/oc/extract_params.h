@@ -3,7 +3,8 @@
 // The settings of a character search. rz_OCExtractModelParams says which poses are looked for,
 // rz_OCExtractRunParams within which limits. Both are plain records: change the fields that
 // you care about and hand the records to rz_OCExtractModel::search, which keeps a copy of the one
-// and only reads the other. Nothing is checked here; the pattern finder refuses what it cannot use.
+// and only reads the other. Nothing is checked, and no value is an error: the pattern finder
+// takes an angle range of a turn or more for the full turn and cuts scales to 0.05 to 20.
 //
 //   rz_OCExtractModelParams modelParams;
 //   modelParams.scaleRange = rzRange(0.9, 1.1);

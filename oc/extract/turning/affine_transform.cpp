@@ -26,7 +26,8 @@ rzPelRect framed(const rzPelRect& rect) {
 }
 
 // The window in the middle of everything that sampling `covering` can read. Its frame is real
-// where the root has pels and mirrored where it has none; the rest stays 0 and is never read.
+// where the root has pels and mirrored where it has none. The rest stays 0; the corners of a turned
+// copy read it.
 Buffer paddedCopy(const Image& image, const rzAffineRectangle& covering) {
   Buffer pad(framed(covering.encloseImageRect(rzXform<2>())), kWorkingAlign);
   rfPelSet(pad, 0);

@@ -172,8 +172,11 @@ TEST(AffineTransform, ResultDoesNotDependOnWhatLiesBeyondTheFrame) {
   Image cut = rfPelCopy(near);
   cut.window(rzPelRect(12, 12, 14, 14), false);
   for (const auto interpolation : kAll) {
-    EXPECT_THAT(turned(image, 0, 1.6, interpolation),
-                ShowsTheSameAs(turned(cut, 0, 1.6, interpolation)));
+    for (const double degrees : {0.0, 30.0}) {
+      EXPECT_THAT(turned(image, degrees, 1.6, interpolation),
+                  ShowsTheSameAs(turned(cut, degrees, 1.6, interpolation)));
+    }
+    EXPECT_EQ(*turned(image, 45, 1, interpolation).pointToPel(0, 0), 0);  // a corner
   }
 }
 
