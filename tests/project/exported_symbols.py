@@ -13,13 +13,15 @@ ALLOWED = re.compile(
     r"(?:roc|rimg|rstd|rsys)_)")
 # Templates of the C++ library that the compiler instantiates as weak symbols are no decision of ours.
 WEAK = {"W", "V", "u"}
+# What sanitizers and coverage add of their own.
+INSTRUMENTED = re.compile(r"__(?:odr_)?(?:asan|ubsan|tsan|gcov)")
 
 listing = subprocess.run(["nm", "-D", "-C", "--defined-only", sys.argv[1]], capture_output=True,
                          text=True, check=True).stdout
 leaked = []
 for line in listing.splitlines():
     kind, name = line[17:].split(" ", 1)
-    if kind not in WEAK and not ALLOWED.match(name):
+    if kind not in WEAK and not ALLOWED.match(name) and not INSTRUMENTED.match(name):
         leaked.append(line)
 print(f"{len(listing.splitlines())} symbols")
 print("\n".join(leaked))
