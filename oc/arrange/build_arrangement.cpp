@@ -16,20 +16,18 @@ struct Uncertainty {
   double scale = 0.0;
 };
 
-// A path whose final evaluation failed has no figures behind the line that failed. The positions
-// there were not matched, so nothing is known to be wrong with them.
-template <class T>
-T valueOr(const std::vector<T>& values, std::size_t i, const T& missing) {
-  return i < values.size() ? values[i] : missing;
+// A final evaluation that failed has no scale for the lines behind the one where it stopped. Those
+// are single unmatched positions: they have no error of scale that it would be multiplied with.
+double lineScale(const rz_ArrangeCost& cost, std::size_t line) {
+  return line < cost.lineScales.size() ? cost.lineScales[line] : 1.0;
 }
 
 Uncertainty uncertaintyOf(const rz_ArrangeCost& cost, std::size_t line, std::size_t i,
                           const rz_Pose& pose) {
-  const rzVector<2> ideal = valueOr(cost.idealPositions, i, pose.translation);
-  const rzDegree rotation(valueOr(cost.rotationErrors, i, 0.0) * kDegreesPerRotationError);
-  const double factor = std::exp(valueOr(cost.logScaleErrors, i, 0.0) * kLogPerLog2);
-  return {(pose.translation - ideal).len(), rotation,
-          valueOr(cost.lineScales, line, 1.0) * std::fabs(factor - 1.0)};
+  const rzDegree rotation(cost.rotationErrors[i] * kDegreesPerRotationError);
+  const double factor = std::exp(cost.logScaleErrors[i] * kLogPerLog2);
+  return {(pose.translation - cost.idealPositions[i]).len(), rotation,
+          lineScale(cost, line) * std::fabs(factor - 1.0)};
 }
 
 rzPtrHandle_const<rzOCLine> buildLine(const rzPtrHandle_const<rzOCAlphabet>& alphabet,
