@@ -10,6 +10,8 @@
 #include "failure.h"
 #include "oc/oc.h"
 #include "options.h"
+#include "output_file.h"
+#include "page/page_heads.h"
 #include "rz/text.h"
 
 namespace glyphline {
@@ -19,6 +21,7 @@ using Json = nlohmann::ordered_json;
 
 struct ShowOptions {
   std::string alphabet;
+  std::string report;
   bool json = false;
 };
 
@@ -98,8 +101,16 @@ void showAsText(const rzOCAlphabet& alphabet) {
   }
 }
 
+void writeReport(const rzOCAlphabet& alphabet, const ShowOptions& options) {
+  rzDiagObject diag;
+  const PageHead head = headOfAlphabet(alphabet, options.alphabet);
+  rf_AddAlphabet(&diag, &alphabet, head.title, true);
+  writeWhole(options.report, diagPage(diag, head));
+}
+
 int show(const ShowOptions& options) {
   const rzOCAlphabet alphabet = readAlphabet(options.alphabet);
+  if (!options.report.empty()) writeReport(alphabet, options);
   if (options.json) {
     showAsJson(alphabet);
   } else {
@@ -145,7 +156,10 @@ void addShow(CLI::App& app, Action& action) {
   CLI::App& command = *app.add_subcommand("show", "Print what an alphabet holds");
   command.add_option("ALPHABET", options->alphabet, "Alphabet file")->required();
   command.add_flag("--json", options->json, "One JSON object");
-  command.footer("Example:\n  glyphline show label.oca");
+  command.add_option("--report", options->report,
+                     "Write the alphabet with its pictures as one page of HTML");
+  command.footer(
+      "Example:\n  glyphline show label.oca\n  glyphline show --report label.html label.oca");
   command.callback([options, &action] { action = [options] { return show(*options); }; });
 }
 

@@ -11,7 +11,9 @@
 #include "failure.h"
 #include "input_file.h"
 #include "options.h"
+#include "output_file.h"
 #include "overlay.h"
+#include "page/page_heads.h"
 #include "picture.h"
 #include "report_json.h"
 #include "report_table.h"
@@ -30,6 +32,7 @@ struct ArrangeOptions {
   std::string direction;
   std::string orientation;
   std::string overlay;
+  std::string report;
   std::vector<std::string> images;
   rzOCArrangeParams params;
   int jobs = 1;
@@ -115,12 +118,13 @@ struct Job {
 };
 
 ArrangeReport arrangePicture(const Job& job, std::size_t i,
-                             const rzPelBuffer<unsigned char>& picture) {
+                             const rzPelBuffer<unsigned char>& picture, rzDiagObject* diag) {
+  constexpr rzULong kAll = rzDiagDefs::eInputs | rzDiagDefs::eResults | rzDiagDefs::eDetails;
   requireFit(job.mask, job.options.mask, picture, job.options.images[i]);
   rzOCArrangeResults results;
   const auto start = std::chrono::steady_clock::now();
-  rfOCArrange_(picture, job.mask, job.alphabet, job.keys[i], job.options.params, results, nullptr,
-               0);
+  rfOCArrange_(picture, job.mask, job.alphabet, job.keys[i], job.options.params, results, diag,
+               kAll);
   const std::chrono::duration<double, std::milli> spent = std::chrono::steady_clock::now() - start;
   const ArrangeRequest request{job.options.images[i], job.alphabet, job.keys[i],
                                job.options.params.compPoseUncertainties()};
@@ -133,9 +137,15 @@ Outcome outcomeOf(const Job& job, std::size_t i) {
   Outcome outcome;
   try {
     const rzPelBuffer<unsigned char> picture = readPicture(image);
-    const ArrangeReport report = arrangePicture(job, i, picture);
+    rzDiagObject diag;
+    const ArrangeReport report =
+        arrangePicture(job, i, picture, options.report.empty() ? nullptr : &diag);
     if (!options.overlay.empty()) {
-      writeOverlay(overlayPath(options.overlay, image), picture, report);
+      writeOverlay(outputPath(options.overlay, image), picture, report);
+    }
+    if (!options.report.empty()) {
+      writeWhole(outputPath(options.report, image),
+                 diagPage(diag, headOfArrangement(report, options.alphabet)));
     }
     std::ostringstream out;
     if (options.json) {
@@ -159,6 +169,7 @@ Outcome outcomeOf(const Job& job, std::size_t i) {
 int arrange(ArrangeOptions& options) {
   applyWords(options);
   if (!options.overlay.empty()) checkOverlays(options.overlay, options.images);
+  if (!options.report.empty()) checkOutputs(options.report, "--report", options.images);
   Job job{options, readAlphabet(options.alphabet, "--alphabet"), {}, {}};
   const std::string option = options.textFile.empty() ? "--text" : "--text-file";
   for (const std::u32string& text : textsOf(options)) {
@@ -253,11 +264,14 @@ void addArrange(CLI::App& app, Action& action) {
   command.add_flag("--json", options->json, "One JSON object on one line for each picture");
   command.add_option("--overlay", options->overlay,
                      "Draw the result: .png, .svg or .pdf; % stands for the picture's name");
+  command.add_option("--report", options->report,
+                     "Write all that the run records as one page of HTML; % as for --overlay");
   addVoice(command, options->voice);
   command.add_option("IMAGES", options->images, "Pictures; - is standard input")->required();
   command.footer(
       "Example:\n"
       "  glyphline arrange --alphabet label.oca --text 'LOT 4471B' --overlay seen.png label.png\n"
+      "  glyphline arrange --alphabet label.oca --text 'LOT 4471B' --report why.html label.png\n"
       "Exit status: 0 all matched, 1 something was not, 2 a bad input.");
   command.callback([options, text, &action] {
     if (text->count() == 0 && options->textFile.empty()) {

@@ -89,7 +89,7 @@ int findInOne(const Job& job, const std::string& image) {
     const rzPelBuffer<unsigned char> picture = readPicture(image);
     const FindReport report = findIn(job, image, picture);
     if (!options.overlay.empty()) {
-      writeOverlay(overlayPath(options.overlay, image), picture, report);
+      writeOverlay(outputPath(options.overlay, image), picture, report);
     }
     if (options.json) {
       std::cout << jsonOf(report) << std::endl;

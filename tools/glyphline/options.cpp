@@ -64,22 +64,27 @@ void setting(const std::string& option, const std::function<void()>& set) {
   }
 }
 
-std::string overlayPath(const std::string& pattern, const std::string& picture) {
+std::string outputPath(const std::string& pattern, const std::string& picture) {
   const std::size_t at = pattern.find('%');
   if (at == std::string::npos) return pattern;
   std::string path = pattern;
   return path.replace(at, 1, std::filesystem::path(picture).stem().string());
 }
 
-void checkOverlays(const std::string& pattern, const std::vector<std::string>& pictures) {
-  requireDrawable(pattern);
+void checkOutputs(const std::string& pattern, const std::string& option,
+                  const std::vector<std::string>& pictures) {
   std::set<std::string> paths;
   for (const std::string& picture : pictures) {
-    const std::string path = overlayPath(pattern, picture);
+    const std::string path = outputPath(pattern, picture);
     if (paths.insert(path).second) continue;
-    throw Failure(path + ": --overlay: two pictures would be drawn to this file" +
+    throw Failure(path + ": " + option + ": two pictures would be written to this file" +
                   (pattern == path ? "; a % in the name stands for the picture's name" : ""));
   }
+}
+
+void checkOverlays(const std::string& pattern, const std::vector<std::string>& pictures) {
+  requireDrawable(pattern);
+  checkOutputs(pattern, "--overlay", pictures);
 }
 
 void forEachPicture(std::size_t count, int jobs, const Voice& voice,

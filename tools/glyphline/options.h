@@ -39,11 +39,15 @@ double numberOf(const std::string& text, const std::string& option);
 /// Runs a setter of the library's parameters and names the option when it refuses the value.
 void setting(const std::string& option, const std::function<void()>& set);
 
-/// The file that an overlay of one picture goes to: a `%` in `pattern` is replaced by the
-/// picture's name without folder and ending.
-std::string overlayPath(const std::string& pattern, const std::string& picture);
+/// The file that an overlay or a report of one picture goes to: a `%` in `pattern` is replaced by
+/// the picture's name without folder and ending.
+std::string outputPath(const std::string& pattern, const std::string& picture);
 
-/// Throws Failure unless each picture has an overlay file of its own, of a kind that can be drawn.
+/// Throws Failure that names the option unless each picture has an output file of its own.
+void checkOutputs(const std::string& pattern, const std::string& option,
+                  const std::vector<std::string>& pictures);
+
+/// The same for overlays, which must be of a kind that can be drawn, too.
 void checkOverlays(const std::string& pattern, const std::vector<std::string>& pictures);
 
 /// Does `work` for 0 to count - 1 on `jobs` threads and calls `deliver` with each index, in order,

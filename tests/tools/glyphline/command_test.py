@@ -3,12 +3,12 @@
 """The command from outside: what it prints, how it ends, and what it leaves behind."""
 import json
 import pathlib
-import struct
 import subprocess
 import sys
 import tempfile
 import unittest
-import zlib
+
+from png_rows import grey_rows
 
 TOOL, EXAMPLES, VERIFY = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3]
 FONT = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
@@ -17,30 +17,6 @@ FONT = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
 def run(*arguments, stdin=None):
     call = [a if isinstance(a, bytes) else str(a) for a in (TOOL, *arguments)]
     return subprocess.run(call, capture_output=True, stdin=stdin, timeout=120)
-
-
-def grey_rows(png):
-    """The grey rows of a PNG of 8-bit RGB, as the label is."""
-    width, height, depth, colour = struct.unpack(">IIBB", png[16:26])
-    assert (depth, colour) == (8, 2)
-    data, at = b"", 8
-    while at < len(png):
-        length, kind = struct.unpack(">I4s", png[at:at + 8])
-        if kind == b"IDAT":
-            data += png[at + 8:at + 8 + length]
-        at += length + 12
-    raw, above = zlib.decompress(data), bytes(3 * width)
-    for y in range(height):
-        start = y * (3 * width + 1)
-        method, line = raw[start], bytearray(raw[start + 1:start + 1 + 3 * width])
-        for x in range(3 * width):
-            a, b = (line[x - 3] if x >= 3 else 0), above[x]
-            c = above[x - 3] if x >= 3 else 0
-            p = a + b - c
-            nearest = min((abs(p - a), 0, a), (abs(p - b), 1, b), (abs(p - c), 2, c))[2]
-            line[x] = (line[x] + (0, a, b, (a + b) // 2, nearest)[method]) & 255
-        above = bytes(line)
-        yield above[::3]
 
 
 class Command(unittest.TestCase):
@@ -197,6 +173,21 @@ class Command(unittest.TestCase):
             self.assertEqual(self.arrange("--quiet", "--overlay", path).returncode, 0)
             self.assertTrue(path.read_bytes().startswith(magic), ending)
 
+    def test_a_report_is_one_page_and_changes_no_result(self):
+        answers = []
+        for text, options in ((self.text, []), ("WXYZ", []), (self.text, ["--uncertainties"])):
+            for report in ([], ["--report", self.folder / "page-%.html"]):
+                done = self.arrange("--json", *options, *report, text=text)
+                answers.append(json.loads(done.stdout))
+                del answers[-1]["time_ms"]
+            self.assertEqual(answers[-1], answers[-2])
+        page = (self.folder / "page-label.html").read_bytes()
+        self.assertTrue(page.startswith(b"<!doctype html>") and page.endswith(b"</html>\n"))
+        shown = run("show", self.alphabet, "--json")
+        again = run("show", self.alphabet, "--json", "--report", self.folder / "alphabet.html")
+        self.assertEqual(again.stdout, shown.stdout)
+        self.assertIn(b"DejaVuSans-Bold.ttf", (self.folder / "alphabet.html").read_bytes())
+
     def test_a_picture_comes_from_standard_input(self):
         with open(self.label, "rb") as stdin:
             done = run("arrange", "--alphabet", self.alphabet, "--text", self.text, "-",
@@ -248,6 +239,9 @@ class Command(unittest.TestCase):
             (self.arrange("--jobs", "0"), ["--jobs"]),
             (self.arrange("--overlay", "x.png", self.label), ["x.png", "--overlay", "%"]),
             (self.arrange("--overlay", self.folder / "no" / "x.png"), ["x.png"]),
+            (self.arrange("--report", "x.html", self.label), ["x.html", "--report", "%"]),
+            (self.arrange("--report", self.folder / "no" / "x.html"), ["x.html", "No such file"]),
+            (run("show", self.alphabet, "--report", self.folder), [self.folder]),
             (self.arrange(text=b"\xff"), ["--text", "UTF-8"]),
             (run("find", "--alphabet", self.alphabet, "--chars", "a", self.label), ["--chars", '"a"']),
             (run("find", "--alphabet", self.alphabet, "--chars", "A", "--scale", "0:1", self.label),
