@@ -12,7 +12,7 @@ import unittest
 from browser import Browser, Missing
 from png_rows import grey_rows
 
-TOOL, EXAMPLES, NAMED_ALPHABET, PICTURES = (pathlib.Path(a) for a in sys.argv[1:5])
+TOOL, EXAMPLES, NAMED_ALPHABET, DATA, PICTURES = (pathlib.Path(a) for a in sys.argv[1:6])
 FONT = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
 SKIPPED = 77
 
@@ -57,8 +57,8 @@ class Page(unittest.TestCase):
         PICTURES.mkdir(parents=True, exist_ok=True)
 
     @classmethod
-    def arrange(cls, page, text, picture):
-        done = run(TOOL, "arrange", "--alphabet", cls.alphabet, "--text", text, "--json",
+    def arrange(cls, page, text, picture, alphabet=None):
+        done = run(TOOL, "arrange", "--alphabet", alphabet or cls.alphabet, "--text", text, "--json",
                    "--report", page, picture)
         assert done.returncode in (0, 1), done.stderr
         return json.loads(done.stdout)
@@ -126,14 +126,35 @@ class Page(unittest.TestCase):
                 at = head.index(word)
                 self.assertEqual((line[at - 1], line[at] != " "), (" ", True), line)
 
+    def assert_boxes(self, report):
+        for kind, status in (("green box", "matched"), ("orange box", "inferred")):
+            boxes = [p["box"] for p in report["positions"] if p["status"] == status]
+            corners = self.browser.run(CORNERS, kind)
+            self.assertEqual(len(corners), len(boxes))
+            for box in boxes:
+                off = min(max(abs(a - b) for p, q in zip(box, drawn) for a, b in zip(p, q))
+                          for drawn in corners)
+                self.assertLess(off, 0.01, box)
+
+    def test_boxes_of_real_prints_lie_where_the_results_say(self):
+        if not DATA.exists():
+            self.skipTest("no pictures of real print here")
+        for name in ("plaque-ring", "ticket-two-lines-17"):
+            folder = DATA / "real" / name
+            case = json.loads((folder / "case.json").read_text(encoding="utf-8"))
+            alphabet, page = self.folder / f"{name}.oca", self.folder / f"{name}.html"
+            done = run(TOOL, "train", "--image", folder / case["train"]["image"], "--boxes",
+                       folder / case["train"]["boxes"], "--blank",
+                       case["train"].get("blank", 8), "-o", alphabet)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            report = self.arrange(page, case["text"], folder / case["image"], alphabet)
+            self.browser.open(page)
+            self.assert_boxes(report)
+            self.choose("OC Arranger: Intermediate", "Build arrangement")
+            self.browser.screenshot(PICTURES / f"{name}.png")
+
     def test_boxes_lie_where_the_results_say(self):
-        boxes = [p["box"] for p in self.report["positions"]
-                 if p["status"] == "matched" and p["char"] != " "]
-        corners = self.browser.run(CORNERS, "green box")
-        for box in boxes:
-            off = min(max(abs(a - b) for p, q in zip(box, drawn) for a, b in zip(p, q))
-                      for drawn in corners)
-            self.assertLess(off, 0.01, box)
+        self.assert_boxes(self.report)
         self.choose("OC Arranger: Input", "Alphabet details", "Character #0: 'A'")
         (ul, *_, ll), = self.browser.run(CORNERS, "green outline")
         self.assertLess(max(map(abs, ul)), 1e-3)
@@ -193,6 +214,24 @@ class Page(unittest.TestCase):
         moved = self.place_of(100, 50)
         self.assertAlmostEqual(moved["x"], end["x"], delta=1)
         self.assertAlmostEqual(moved["y"], end["y"], delta=1)
+
+    def test_two_fingers_zoom_about_the_one_that_stays(self):
+        self.browser.show_as(390, 844, 2, mobile=True)
+        self.browser.open(self.page)
+        middle = self.place_of(230, 110)
+        touches = [[(0, 0)], [(0, 0), (40, 0)], [(0, 0), (80, 0)], []]
+        kinds = ["touchStart", "touchStart", "touchMove", "touchEnd"]
+        before = self.browser.run("return document.querySelector('#stage image')"
+                                  ".getBoundingClientRect().width")
+        for kind, points in zip(kinds, touches):
+            self.browser.devtools("Input.dispatchTouchEvent", type=kind, touchPoints=[
+                {"x": middle["x"] + dx, "y": middle["y"] + dy, "id": i}
+                for i, (dx, dy) in enumerate(points)])
+        after = self.browser.run("return document.querySelector('#stage image')"
+                                 ".getBoundingClientRect().width")
+        self.assertAlmostEqual(after / before, 2, delta=0.05)
+        for axis in "xy":
+            self.assertAlmostEqual(self.place_of(230, 110)[axis], middle[axis], delta=1)
 
     def test_names_are_shown_and_never_run(self):
         hostile = "<script>document.title='run'</script><img src=x onerror=\"document.title='run'\">"
