@@ -89,12 +89,13 @@ TEST(DiagPage, APictureThatManyRecordsShareIsKeptOnce) {
   rzDiagObject diag;
   rf_AddImage(&diag, image, "a", false);
   rf_AddImage(&diag, image, "again", false);
-  rf_AddImage(&diag, part, "part", false);
+  rf_AddImage(&diag, part, "part", false)->image(image, "whole", false);
   rf_AddImage(&diag, {}, "none", false);
   const Json data = dataOf(diagPage(diag, {}));
   ASSERT_EQ(data["pictures"].size(), 2U);
   EXPECT_EQ(data["records"][1]["views"][0]["picture"], 0);
   EXPECT_EQ(data["records"][2]["views"][0]["picture"], 1);
+  EXPECT_EQ(data["records"][2]["views"][1]["picture"], 0);
   EXPECT_EQ(data["records"][2]["views"][0]["x"], 5);
   EXPECT_EQ(data["records"][2]["views"][0]["y"], 6);
   EXPECT_EQ(data["pictures"][1]["width"], 10);

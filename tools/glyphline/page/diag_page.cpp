@@ -88,9 +88,7 @@ Json layersOf(const rzDiagRecord& record, const Image* image) {
       const Outline outline = outlineOf(*graphic, isMapped ? &*imageFromClient : nullptr);
       if (!outline.strokes.empty()) shapes.push_back(jsonOf(*graphic, outline));
     }
-    layers.push_back({{"label", graphics.label},
-                      {"system", isMapped ? "client" : "pel"},
-                      {"shapes", std::move(shapes)}});
+    layers.push_back({{"label", graphics.label}, {"shapes", std::move(shapes)}});
   }
   return layers;
 }

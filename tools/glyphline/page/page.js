@@ -100,7 +100,7 @@
     return picture.address;
   };
 
-  // The grey values, by reading back what the browser makes of the picture.
+  // Makes the grey values readable. A picture that the browser has no room for tells none.
   const readPels = async (picture) => {
     if (picture.pels) return;
     const image = new Image();
@@ -109,7 +109,7 @@
     const canvas = element("canvas", {width: picture.width, height: picture.height});
     const context = canvas.getContext("2d", {willReadFrequently: true});
     context.drawImage(image, 0, 0);
-    picture.pels = context.getImageData(0, 0, picture.width, picture.height).data;
+    picture.pels = context;
   };
 
   const thumbnail = (picture, className) => drawn("svg",
@@ -308,7 +308,7 @@
     if (picture) {
       world.append(drawn("image", {x: view.x, y: view.y, width: picture.width,
                                    height: picture.height, href: addressOf(picture)}));
-      readPels(picture).then(tellPointer);
+      readPels(picture).then(tellPointer, () => {});
     }
     for (const layer of view.layers) world.append(...kindsOf(layer).map(drawnKind));
     stage.setAttribute("aria-label", "Picture of " + titleOf(now.record));
@@ -334,7 +334,7 @@
     const column = Math.floor(x - view.x), row = Math.floor(y - view.y);
     const isInside = picture && column >= 0 && row >= 0 && column < picture.width && row < picture.height;
     if (isInside && picture.pels) {
-      facts.push(`value ${picture.pels[4 * (row * picture.width + column)]}`);
+      facts.push(`value ${picture.pels.getImageData(column, row, 1, 1).data[0]}`);
       if (now.scale >= kPelsSeenFrom) {
         world.append(drawn("rect", {class: "pel", x: column + view.x, y: row + view.y, width: 1,
                                     height: 1, "vector-effect": "non-scaling-stroke"}));
