@@ -131,9 +131,19 @@ TEST(DiagPage, GraphicsAreBroughtToThePelsOfTheirPicture) {
 
 TEST(DiagPage, WhatCannotBeDrawnIsLeftOut) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double infinity = std::numeric_limits<double>::infinity();
+  rzGraphicList list = segment({nan, 0}, {1, 1});
+  list.append(segment({0, 0}, {1, 1e300}).items()[0], true);
+  for (const double radius : {nan, infinity, 1e300}) {
+    const rzEllipseArc2 arc(rzCircle({0, 0}, radius), rzRadian(0), rzRadian(1));
+    list.append(new rzGraphicSimple<rzEllipseArc2>(arc, rzColor::redColor()), true);
+  }
+  list.append(segment({1, 2}, {3, 4}).items()[0], true);
   rzDiagObject diag;
-  rf_AddGraphics(&diag, segment({nan, 0}, {1, 1}), "lost", rzDiagDefs::ePelCoordinates);
-  EXPECT_TRUE(dataOf(diagPage(diag, {}))["records"][0]["views"][0]["layers"][0]["shapes"].empty());
+  rf_AddGraphics(&diag, list, "lost", rzDiagDefs::ePelCoordinates);
+  const Json shapes = dataOf(diagPage(diag, {}))["records"][0]["views"][0]["layers"][0]["shapes"];
+  ASSERT_EQ(shapes.size(), 1U);
+  EXPECT_EQ(shapes[0]["strokes"][0], Json({1, 2, 3, 4}));
 }
 
 TEST(Outline, EveryKindOfGraphicHasItsStrokes) {

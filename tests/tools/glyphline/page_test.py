@@ -7,6 +7,7 @@ import random
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 from browser import Browser, Missing
@@ -79,11 +80,20 @@ class Page(unittest.TestCase):
             self.assertGreaterEqual(index, 0, title)
             item += f" > ul > li:nth-child({index + 1})"
             self.browser.click(item + " > .row a")
+            self.assert_shown(title)
             if title != titles[-1]:
                 self.browser.run("""
                   const li = document.querySelector(arguments[0]);
                   if (li.classList.contains("folded")) li.querySelector(".toggle").click();
                 """, item)
+
+    def assert_shown(self, title):
+        """A new address takes effect a moment after the click."""
+        for _ in range(100):
+            if self.said("h2") == title:
+                return
+            time.sleep(0.02)
+        self.assertEqual(self.said("h2"), title)
 
     def said(self, css):
         return self.browser.run("return document.querySelector(arguments[0]).textContent", css)
@@ -103,11 +113,10 @@ class Page(unittest.TestCase):
 
     def test_a_click_shows_the_record(self):
         self.choose("OC Arranger: Input", "Alphabet details", "Character #0: 'A'")
-        self.assertEqual(self.said("h2"), "Character #0: 'A'")
         self.assertEqual(self.said("#path"), "OC Arranger: Input  ›  Alphabet details")
         self.assertIn("  key = 0x00000041\n", self.said("pre"))
         self.browser.run("history.back()")
-        self.assertEqual(self.said("h2"), "Alphabet details")
+        self.assert_shown("Alphabet details")
         self.assertEqual(self.browser.run("return document.querySelectorAll('#sheet a').length"), 37)
 
     def test_tabs_are_aligned(self):
@@ -242,7 +251,6 @@ class Page(unittest.TestCase):
         self.browser.open(page)
         self.choose(hostile, f"Character #0: '{hostile}'")
         self.assertEqual(self.said("h1"), hostile)
-        self.assertEqual(self.said("h2"), f"Character #0: '{hostile}'")
         self.assertIn(hostile, self.said("pre"))
         self.assertEqual(self.browser.run("return document.title"), hostile)
         self.assertEqual(self.browser.run(
@@ -269,7 +277,6 @@ class Page(unittest.TestCase):
         self.assertEqual(len(grounds), 2)
         self.browser.click("#fold")
         self.choose("OC Arranger: Input")
-        self.assertEqual(self.said("h2"), "OC Arranger: Input")
 
     def test_a_large_picture_of_a_long_text_stays_small_and_opens_at_once(self):
         # The label in eight places under noise, which no compression takes away.

@@ -15,7 +15,8 @@ using Stroke = std::vector<Point>;
 
 constexpr double kArcError = 0.02;  // of the chords of an arc, in pels; a tenth is never seen
 constexpr int kMostChords = 720;
-constexpr int kBentSide = 16;  // pieces of a side that is not mapped to a straight one
+constexpr double kFarthest = 1e9;  // pels; what lies beyond is a fault and not to be drawn
+constexpr int kBentSide = 16;      // pieces of a side that is not mapped to a straight one
 
 Outline parallelogram(const char* kind, const Point& a, const Point& b, const Point& d) {
   return {kind, true, false, {{a, b, b + d - a, d}}};
@@ -40,7 +41,7 @@ int chordsOf(const rzEllipseArc2& arc) {
   const double radius = std::max({std::abs(arc.xRadius()), std::abs(arc.yRadius()), kArcError});
   const double chord = 2.0 * std::acos(1.0 - kArcError / radius);
   const double wanted = std::ceil(std::abs(arc.span().toDouble()) / chord);
-  return static_cast<int>(std::clamp(wanted, 1.0, double{kMostChords}));
+  return wanted < kMostChords ? std::max(1, static_cast<int>(wanted)) : kMostChords;
 }
 
 Outline outlineOf(const rzEllipseArc2& arc) {
@@ -102,10 +103,14 @@ Stroke mapped(const Stroke& stroke, bool isClosed, const rz2XformBase& xform) {
   return there;
 }
 
-bool isFinite(const Outline& outline) {
+// Also false for what is not a number.
+bool isInReach(const Point& p) {
+  return std::abs(p.x()) <= kFarthest && std::abs(p.y()) <= kFarthest;
+}
+
+bool isInReach(const Outline& outline) {
   return std::all_of(outline.strokes.begin(), outline.strokes.end(), [](const Stroke& stroke) {
-    return std::all_of(stroke.begin(), stroke.end(),
-                       [](const Point& p) { return std::isfinite(p.x()) && std::isfinite(p.y()); });
+    return std::all_of(stroke.begin(), stroke.end(), [](const Point& p) { return isInReach(p); });
   });
 }
 
@@ -120,7 +125,7 @@ Outline outlineOf(const rzGraphic& graphic, const rz2XformBase* imageFromShape) 
   } catch (const rzMathError::Singular&) {
     outline.strokes.clear();  // a part of it lies where the picture cannot show it
   }
-  if (!isFinite(outline)) outline.strokes.clear();
+  if (!isInReach(outline)) outline.strokes.clear();
   return outline;
 }
 

@@ -20,7 +20,7 @@ struct Outline {
 
 /// The strokes of a graphic after `imageFromShape`, which may bend its sides; null stands for the
 /// identity. Without strokes when the graphic is of a kind that is not known here, or when a point
-/// of it is not finite or has no place after the transform.
+/// of it has no place that could be drawn.
 Outline outlineOf(const rzGraphic& graphic, const rz2XformBase* imageFromShape);
 
 }  // namespace glyphline
