@@ -80,7 +80,8 @@ class RZ_API rzOCCharMetrics {
   void isAdvanceSpecified(bool specified) { isAdvanceSpecified_ = specified; }
 
   /// The whole pels, or whole client units, that hold rect(type). Throws what rect(type) throws,
-  /// and rzOCDefs::IntegerOverflow for a corner out of the range of 32 bits.
+  /// rzOCDefs::IntegerOverflow for a corner out of the range of 32 bits, and rzMathError::Overflow
+  /// when only the size is out of it.
   rzPelRect encloseRect(RectType type) const;
 
   /// The whole pels that hold the rectangle in the image. A client rectangle is mapped; one that

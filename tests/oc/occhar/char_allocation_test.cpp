@@ -4,6 +4,8 @@
 // object claims what it does not have.
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include "char_kit.h"
 #include "support/failing_new.h"
 
@@ -64,22 +66,39 @@ TEST(CharAllocation, RecordFilledAgainGivesBackWhatItHeld) {
   EXPECT_EQ(live, before);
 }
 
+bool claimsACache(const rzOCChar& c) {
+  roc_char record;
+  roc_char_construct(&record);
+  c.getCharacter(record, false);
+  const bool claims = record.binarizedCached != 0;
+  roc_char_destruct(&record);
+  return claims;
+}
+
 TEST(CharAllocation, FailedSetCharacterClaimsNeitherCacheNorThreshold) {
   const rzOCChar c = kit::filledChar();
+  rzOCChar other = c;
+  other.name("no longer a short name");
   roc_char record;
   roc_char_construct(&record);
   c.getCharacter(record, false);
   const std::int64_t before = live;
-  {
-    rzOCChar target = kit::filledChar();
+  for (const bool assigns : {false, true}) {
+    rzOCChar target;
     const int failed = failEachAllocation(
         [&] {
-          target = rzOCChar();
-          target.setCharacter(record, true);
+          const std::int64_t left = std::exchange(failing_new::allocationsLeft, -1);
+          target = rzOCChar(assigns ? c : other);
+          failing_new::allocationsLeft = left;
+          if (assigns) {
+            target = other;
+          } else {
+            target.setCharacter(record, true);
+          }
         },
-        [&] { EXPECT_FALSE(target.hasThresholdAndInvert()); });
-    EXPECT_GE(failed, 4);
-    EXPECT_TRUE(target == c);
+        [&] { EXPECT_FALSE(target.hasThresholdAndInvert() || claimsACache(target)); });
+    EXPECT_GE(failed, assigns ? 1 : 4);
+    EXPECT_TRUE(target == (assigns ? other : c));
   }
   EXPECT_EQ(live, before);
   roc_char_destruct(&record);

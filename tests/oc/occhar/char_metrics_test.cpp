@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -247,8 +248,36 @@ TEST(CharMetrics, ArchiveBringsBackEqualMetricsAndNeverHalfOfThem) {
   for (const char version : {'\0', '\2'}) {
     bytes[0] = static_cast<unsigned char>(version);
     rzArchive other = rzArchive::loadingFrom(bytes);
-    EXPECT_THROW(other >> loaded, rzArchive::UnknownVersion);
+    EXPECT_THAT([&] { other >> loaded; },
+                testing::Throws<rzArchive::UnknownVersion>(
+                    testing::Property(&rzArchive::UnknownVersion::name, "oc/occhar")));
   }
+}
+
+TEST(CharMetrics, ArchiveHasTheFieldsInTheOrderOfTheObject) {
+  Metrics stored;
+  stored.setMetrics(filledRecord());
+  std::vector<unsigned char> bytes;
+  rzArchive out = rzArchive::storingTo(bytes);
+  out << stored;
+  rzArchive in = rzArchive::loadingFrom(bytes);
+  unsigned char version = 0;
+  rzULong rects = 0;
+  bool hasAdvance = false;
+  std::array<rzLong, 13> fixed{};
+  rzRect cell, mark, detected;
+  rzVector<2> advance;
+  in || version || rects || hasAdvance;
+  for (rzLong& number : fixed) in || number;
+  in || cell || mark || detected || advance;
+  EXPECT_EQ(version, 1);
+  EXPECT_EQ(rects, 63u);
+  EXPECT_TRUE(hasAdvance);
+  EXPECT_THAT(fixed, ElementsAre(1, 2, 3, 4, 5, 6, -7, 8, 9, 10, 11, 12, -3));
+  EXPECT_EQ(cell, rzRect(0.1, 0.2, 0.3, 0.4));
+  EXPECT_EQ(mark, rzRect(1.1, 1.2, 1.3, 1.4));
+  EXPECT_EQ(detected, rzRect(2.1, 2.2, 2.3, 2.4));
+  EXPECT_EQ(advance, rzVector<2>(3.5, 4.5));
 }
 
 }  // namespace

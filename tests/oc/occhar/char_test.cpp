@@ -327,8 +327,42 @@ TEST(Char, ArchiveBringsBackAnEqualRecordAndNeverHalfOfOne) {
   for (const char version : {'\0', '\2'}) {
     bytes[0] = static_cast<unsigned char>(version);
     rzArchive other = rzArchive::loadingFrom(bytes);
-    EXPECT_THROW(other >> loaded, rzArchive::UnknownVersion);
+    EXPECT_THAT([&] { other >> loaded; },
+                testing::Throws<rzArchive::UnknownVersion>(
+                    testing::Property(&rzArchive::UnknownVersion::name, "oc/occhar")));
   }
+}
+
+TEST(Char, ArchiveHasTheFieldsInTheOrderOfTheObject) {
+  const rzOCChar c = kit::filledChar();
+  std::vector<unsigned char> bytes;
+  rzArchive out = rzArchive::storingTo(bytes);
+  out << c;
+  rzArchive in = rzArchive::loadingFrom(bytes);
+  unsigned char version = 0;
+  rzOCCharKey key;
+  rzLong polarity = 0, threshold = 0;
+  Image image, mask, normalized, binarized;
+  bool isCached = false, has = false, invert = false;
+  rzPelRect area;
+  rzOCCharMetrics metrics;
+  rzString32 name32, description32;
+  std::string name, description;
+  in || version || key || polarity || image || mask || normalized;
+  in || isCached || binarized || has || threshold || invert;
+  rf_PersistenceHelper<rzLong>(in, area);
+  in || metrics || name32 || description32 || name || description;
+  EXPECT_EQ(in.remaining(), 0u);
+  EXPECT_TRUE(version == 1 && key == c.key() && polarity == 2 && metrics == c.metrics());
+  EXPECT_THAT(rowsOf(image), ElementsAre("1234", "5678", "9876"));
+  EXPECT_THAT(rowsOf(mask), ElementsAre("####", "#..#", "####"));
+  EXPECT_THAT(rowsOf(normalized), ElementsAre("1289", "8912"));
+  EXPECT_THAT(rowsOf(binarized), ElementsAre("##..", "..##"));
+  EXPECT_TRUE(isCached && has && invert);
+  EXPECT_EQ(threshold, 100);
+  EXPECT_EQ(area, c.imageArea());
+  EXPECT_TRUE(name32 == U"delta" && name == "delta");
+  EXPECT_TRUE(description32 == U"Greek \u0394" && description.empty());
 }
 
 }  // namespace

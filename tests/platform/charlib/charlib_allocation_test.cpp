@@ -18,6 +18,7 @@ const std::uint8_t kPels[] = {1, 2, 3, 200, 201, 202};
 
 TEST(CharlibAllocation, FailedStringCopyLeavesThePointer) {
   char* copy = nullptr;
+  rstd_char32* wide = nullptr;
   const std::int64_t before = live;
   EXPECT_EQ(attemptsUntilItSucceeds([&] {
               const rsys_result result = rstd_string_cloneA("character", &copy);
@@ -25,7 +26,14 @@ TEST(CharlibAllocation, FailedStringCopyLeavesThePointer) {
               return result == RSYS_SUCCESS;
             }),
             1);
+  EXPECT_EQ(attemptsUntilItSucceeds([&] {
+              const rsys_result result = rstd_string_clone32(U"character", &wide);
+              EXPECT_TRUE(result == RSYS_SUCCESS || (result == RSYS_NO_MEMORY && !wide));
+              return result == RSYS_SUCCESS;
+            }),
+            1);
   rstd_string_releaseA(&copy);
+  rstd_string_release32(&wide);
   EXPECT_EQ(live, before);
 }
 

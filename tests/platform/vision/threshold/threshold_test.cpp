@@ -42,7 +42,6 @@ TEST(Threshold, LevelsOfSmallPictures) {
       {"neighbouring greys", {7, 8}, 8, 1.0},
       {"all the way", {0, 255, 255, 255}, 128, 1.0},
       {"three greys, two equal splits: middle of both", {0, 100, 200}, 100, 0.75},
-
       {"two clusters", {0, 2, 10, 12}, 6, 1.0 - 4.0 / 104.0},
   };
   for (const auto& c : cases) {
@@ -69,6 +68,15 @@ TEST(Threshold, ImageAndMaskMeetByPelNumber) {
   EXPECT_EQ(threshold(image, mask).threshold(), 70);
   mask.offset(rzPair<rzLong>(3, 0));
   EXPECT_EQ(threshold(image, mask).threshold(), 255);
+}
+
+TEST(Threshold, EmptyPictureHasNoGreyToDivide) {
+  Image nothing = row({3, 4, 5});
+  nothing.window(rzPelRect(9, 9, 1, 1), true);
+  for (const Image& mask : {Image(), row({255, 255, 255})}) {
+    EXPECT_EQ(threshold(nothing, mask).threshold(), 0);
+    EXPECT_EQ(threshold(nothing, mask).score(), 0.0);
+  }
 }
 
 TEST(Threshold, UnboundImageIsRefused) {
