@@ -1,151 +1,134 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// How does the path search grow with the length of the text, and what makes it grow? Candidate
-// tables of a label of rows of 20 characters with up to two false candidates a key; the rows of the
-// report differ in how many keys there are and how sure the scores are. Reported per run: time, and
-// a checksum of the path, so that a faster search that answers otherwise is seen.
+// How does the path search grow with the length of the text, and what makes it grow? The scenes
+// differ in how many keys there are and how sure the scores are. Reported: the time of one search,
+// and over several tables (as many as `seeds`) of the scene
+//
+//   tried     paths that were judged, median
+//   waiting   most paths that waited at a time, largest
+//   ns/trial  time over judged paths
+//   checksum  of the paths found and the counts: a faster search that answers otherwise is seen
+//
+// and what the table of links takes when one key stands in the text again and again.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <random>
+#include <ctime>
 
-#include "oc/arrange/search_paths.h"
+#include "candidate_table.h"
+#include "oc/arrange/link_candidates.h"
+#include "oc/arrange/path_search.h"
 
 namespace {
 
-constexpr rzLong kRowLength = 20;
-constexpr double kPitch = 12.0;
-constexpr double kRowPitch = 40.0;
-
-struct Kind {
-  rzLong numKeys;
-  bool hasSpaces;
-  double missing;  // share of characters of which nothing is found
-  double leastScore;
+struct NamedKind {
+  const char* name;
+  TableKind kind;
 };
 
-constexpr Kind kKinds[] = {
-    {1000, false, 0.0, 0.75},  // all keys differ, all sure
-    {36, true, 0.0, 0.75},     // letters and spaces, all sure
-    {10, false, 0.0, 0.75},    // digits, all sure
-    {36, false, 0.03, 0.75},   // letters, some missing
-    {36, false, 0.0, 0.55},    // letters, some weak
-    {36, false, 0.1, 0.55},    // letters, some missing, some weak
-    {10, false, 0.1, 0.55},    // digits, some missing, some weak
-    {36, false, 1.0, 0.55},    // nothing of the text is there
+constexpr TableKind kOneKey = {1, false, 0.0, 0.75};
+constexpr NamedKind kKinds[] = {
+    {"all_differ_sure", {kAllDiffer, false, 0.0, 0.75}},
+    {"letters_spaces_sure", {36, true, 0.0, 0.75}},
+    {"digits_sure", {10, false, 0.0, 0.75}},
+    {"letters_3%_missing", {36, false, 0.03, 0.75}},
+    {"letters_weak", {36, false, 0.0, 0.55}},
+    {"letters_10%_missing_weak", {36, false, 0.1, 0.55}},
+    {"digits_10%_missing_weak", {10, false, 0.1, 0.55}},
+    {"nothing_there", {36, false, 1.0, 0.55}},
+    {"one_key", kOneKey},
 };
 
-struct Table {
-  std::vector<rzLong> keys;
-  std::vector<rz_CharData> charData;
-  rz_PoseTable poses;
-  rz_ScoreTable scores;
+struct Outcome {
+  rz_PathSearchCounts counts;
+  double seconds = 0.0;
+  std::uint64_t checksum = 0;
 };
 
-struct Found {
-  rz_Pose pose;
-  double score;
-};
-
-// What the character search makes of a row of instances, best first.
-void addPosition(Table& table, rzLong key, const std::vector<Found>& found, rzLong occurrences) {
-  rz_CharData data;
-  data.imageArea(rzAffineRectangle(rzVector<2>(0, 0), rzVector<2>(10, 0), rzVector<2>(0, 20)));
-  data.isBlank = key < 0;
-  data.costsWhenUnmatched = !found.empty();
-  data.numOccurrences = occurrences;
-  const rzLong count = rf_Count(found.size());
-  data.numCandidates = std::min(count, occurrences);
-  const double last = data.numCandidates > 0 ? found[rf_At(data.numCandidates - 1)].score : 0.0;
-  while (data.numCandidates < count && found[rf_At(data.numCandidates)].score >= last - 0.15) {
-    ++data.numCandidates;
-  }
-  data.mayStayUnmatched = !(count >= occurrences && found[rf_At(occurrences - 1)].score >= 0.7);
-  table.keys.push_back(key);
-  table.charData.push_back(data);
-  table.poses.emplace_back();
-  table.scores.emplace_back();
-  for (const Found& f : found) {
-    table.poses.back().push_back(f.pose);
-    table.scores.back().push_back(f.score);
-  }
+std::uint64_t checksumOf(const rz_ArrangePath& path, const rz_PathSearchCounts& counts) {
+  std::uint64_t sum = static_cast<std::uint64_t>(counts.tried);
+  const auto take = [&](rzLong v) { sum = sum * 31 + static_cast<std::uint64_t>(v); };
+  std::ranges::for_each(path.choices, take);
+  std::ranges::for_each(path.lineStarts, take);
+  take(counts.mostWaiting);
+  return sum;
 }
 
-Table makeTable(const Kind& kind, rzLong length, unsigned seed) {
-  std::mt19937 random(seed);
-  const auto uniform = [&](double low, double high) {
-    return std::uniform_real_distribution<double>(low, high)(random);
-  };
-  const auto pose = [&](double x, double y, double degrees) {
-    return rz_Pose(rzVector<2>(x, y), rzDegree(degrees), uniform(0.98, 1.02));
-  };
-  std::vector<rzLong> keys;
-  std::vector<std::vector<Found>> found(static_cast<std::size_t>(kind.numKeys));
-  std::vector<rzLong> occurrences(found.size(), 0);
-  for (rzLong i = 0; i < length; ++i) {
-    const bool isSpace = kind.hasSpaces && i % 7 == 6;
-    const rzLong drawn = std::uniform_int_distribution<rzLong>(0, kind.numKeys - 1)(random);
-    const rzLong key = isSpace ? -1 : kind.numKeys >= 1000 ? i : drawn;
-    keys.push_back(key);
-    if (key < 0) continue;
-    ++occurrences[rf_At(key)];
-    if (uniform(0, 1) < kind.missing) continue;
-    found[rf_At(key)].push_back(
-        {pose(kPitch * (i % kRowLength) + uniform(-0.5, 0.5),
-              kRowPitch * (i / kRowLength) + uniform(-0.5, 0.5), uniform(-2, 2)),
-         uniform(kind.leastScore, 0.98)});
-  }
-  const double width = kPitch * std::min(length, kRowLength);
-  const double height = kRowPitch * (1 + length / kRowLength);
-  for (std::size_t key = 0; key < found.size(); ++key) {
-    const std::uint64_t numFalse = kind.missing >= 1.0 ? 2 : random() % 3;
-    for (std::uint64_t k = 0; k < numFalse; ++k) {
-      found[key].push_back(
-          {pose(uniform(0, width), uniform(0, height), uniform(-180, 180)), uniform(0.4, 0.65)});
-    }
-    std::ranges::sort(found[key], std::ranges::greater(), &Found::score);
-  }
-  Table table;
-  for (const rzLong key : keys) {
-    if (key < 0) {
-      addPosition(table, key, {}, 1);
-    } else {
-      addPosition(table, key, found[rf_At(key)], occurrences[rf_At(key)]);
-    }
-  }
-  return table;
-}
-
-void PathSearch(benchmark::State& state) {
-  const Kind& kind = kKinds[state.range(0)];
-  constexpr unsigned kSeeds = 3;
-  std::vector<Table> tables;
-  for (unsigned seed = 1; seed <= kSeeds; ++seed) {
-    tables.push_back(makeTable(kind, static_cast<rzLong>(state.range(1)), seed));
-  }
+Outcome runSearch(const CandidateTable& t) {
   const rzOCArrangeParams params;
-  std::size_t next = 0;
-  std::vector<std::uint64_t> checksums(kSeeds, 0);
-  for (auto _ : state) {
-    const Table& t = tables[next];
-    rz_ArrangePath path;
-    rf_SearchPaths({}, t.keys, t.charData, t.poses, t.scores, params, path);
-    std::uint64_t checksum = 1;
-    for (const rzLong v : path.choices) checksum = checksum * 31 + static_cast<std::uint64_t>(v);
-    for (const rzLong v : path.lineStarts) checksum = checksum * 31 + static_cast<std::uint64_t>(v);
-    checksums[next] = checksum;
-    next = (next + 1) % kSeeds;
+  const std::clock_t start = std::clock();
+  rz_PathSearch search(t.keys, t.charData, t.poses, t.scores, params, false);
+  while (search.runRound()) {
   }
-  std::uint64_t all = 0;
-  for (const std::uint64_t checksum : checksums) all = all * 31 + checksum;
-  state.counters["checksum"] = static_cast<double>(all % 100000);
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  return {search.counts(), seconds, checksumOf(search.best(), search.counts())};
 }
 
+// A search that runs into the limit takes seconds and is run once.
+void PathSearch(benchmark::State& state) {
+  const NamedKind& scene = kKinds[state.range(0)];
+  const auto length = static_cast<rzLong>(state.range(1));
+  std::vector<CandidateTable> tables;
+  for (unsigned seed = 1; seed <= static_cast<unsigned>(state.range(2)); ++seed) {
+    tables.push_back(makeTable(scene.kind, length, seed));
+  }
+  std::vector<Outcome> outcomes(tables.size());
+  double seconds = 0.0;
+  for (auto _ : state) {
+    std::ranges::transform(tables, outcomes.begin(), runSearch);
+    double sum = 0.0;
+    for (const Outcome& outcome : outcomes) sum += outcome.seconds;
+    state.SetIterationTime(sum / static_cast<double>(tables.size()));
+    seconds += sum;
+  }
+  std::vector<rzLong> tried;
+  rzLong waiting = 0;
+  double allTried = 0.0;
+  std::uint64_t checksum = 0;
+  for (const Outcome& outcome : outcomes) {
+    tried.push_back(outcome.counts.tried);
+    waiting = std::max(waiting, outcome.counts.mostWaiting);
+    allTried += outcome.counts.tried;
+    checksum = checksum * 31 + outcome.checksum;
+  }
+  std::ranges::sort(tried);
+  state.SetLabel(scene.name);
+  state.counters["tried"] = tried[tried.size() / 2];
+  state.counters["waiting"] = waiting;
+  state.counters["ns/trial"] = 1e9 * seconds / static_cast<double>(state.iterations()) / allTried;
+  state.counters["checksum"] = static_cast<double>(checksum % 100000);
+}
+
+void addScenes(benchmark::internal::Benchmark* b) {
+  constexpr int kDigitsWeak = 6, kNothingThere = 7, kOneKeyScene = 8;
+  for (const int length : {8, 24, 60, 120}) {
+    for (int kind = 0; kind < static_cast<int>(std::size(kKinds)); ++kind) {
+      if (kind == kOneKeyScene && length > 24) continue;
+      const bool meetsLimit =
+          (kind == kDigitsWeak && length > 24) || (kind == kNothingThere && length > 8);
+      b->Args({kind, length, meetsLimit ? 1 : 7});
+    }
+  }
+}
 BENCHMARK(PathSearch)
-    ->ArgNames({"kind", "length"})
-    ->ArgsProduct({{0, 1, 2, 3, 4, 5, 6, 7}, {8, 24, 60, 120}})
-    ->MinTime(0.05)
+    ->ArgNames({"scene", "length", "seeds"})
+    ->Apply(addScenes)
+    ->UseManualTime()
+    ->MinTime(0.02)
+    ->Unit(benchmark::kMillisecond);
+
+void LinksOfOneKey(benchmark::State& state) {
+  const CandidateTable t = makeTable(kOneKey, static_cast<rzLong>(state.range(0)), 1);
+  rz_LinkTable links;
+  for (auto _ : state) rf_LinkCandidates(t.charData, t.poses, links);
+  state.counters["tables"] = static_cast<double>(links.numDistinctPairs());
+}
+BENCHMARK(LinksOfOneKey)
+    ->ArgName("length")
+    ->Arg(24)
+    ->Arg(120)
+    ->Arg(2000)
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace
