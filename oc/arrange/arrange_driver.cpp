@@ -8,6 +8,7 @@
 #include "oc/arrange/arrange_records.h"
 #include "oc/arrange/assign_positions.h"
 #include "oc/arrange/build_arrangement.h"
+#include "oc/arrange/character_data.h"
 #include "oc/arrange/evaluate_path.h"
 #include "oc/arrange/handedness.h"
 #include "oc/arrange/search_characters.h"
@@ -32,23 +33,6 @@ void requireKnownKeys(const rzOCAlphabet& alphabet, const std::vector<rzLong>& k
   for (const rzLong key : keys) {
     if (!alphabet.hasCharacter(key)) throw rzOCDefs::BadKey();
   }
-}
-
-rz_CharData charDataOf(const rzOCModel& model) {
-  const rzXform<2> clientFromImage = model.image().clientFromImageXform();
-  const rzPelRect& area = model.imageArea();
-  rz_CharData data;
-  data.isBlank = model.charType() == rzOCModel::eBlank;
-  data.imageArea(rzAffineRectangle(clientFromImage.mapPoint(area.ul()),
-                                   clientFromImage.mapPoint(area.ur()),
-                                   clientFromImage.mapPoint(area.ll())));
-  return data;
-}
-
-std::vector<rz_CharData> charDataOf(const rzOCAlphabet& alphabet, const std::vector<rzLong>& keys) {
-  std::vector<rz_CharData> charData;
-  for (const rzLong key : keys) charData.push_back(charDataOf(*alphabet.character(key)));
-  return charData;
 }
 
 Image binarized(const Image& mask) {
@@ -86,7 +70,7 @@ void rfOCArrange_(const Image& image, const Image& mask, const rzOCAlphabet& alp
     return;
   }
   const rzPtrHandle_const<rzOCAlphabet> ownAlphabet(new rzOCAlphabet(alphabet));
-  std::vector<rz_CharData> charData = charDataOf(*ownAlphabet, targetKeys);
+  std::vector<rz_CharData> charData = rf_CharDataOf(*ownAlphabet, targetKeys);
   rzDiagObject* const details = detailsDiag(diag, flags, image);
   if (details) rf_AddImage(details, image, "OC Arranger: Intermediate", false);
 

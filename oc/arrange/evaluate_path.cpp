@@ -70,7 +70,7 @@ class LineWalk {
     const rz_LineUnderWork line{chars_, path_.choices, start, lastMatched, lineScale};
     const auto verdict = isFinal_ ? judge_.judge(line, cost_) : judge_.judge(line);
     if (!verdict) return false;
-    errors_.add(verdict->errors, scaleErrors.sum, end - start, chars_.size());
+    errors_ += rf_WeightedErrors(verdict->errors, scaleErrors.sum, end - start, chars_.size());
     cost_.lineAngles.push_back(verdict->average);
     cost_.lineTypes.push_back(verdict->type);
     return true;
@@ -143,14 +143,20 @@ rz_ScaleErrors rf_ScaleErrors(const rz_MatchedChars& chars, double sumLogScale) 
   return errors;
 }
 
-void rz_PathErrors::add(const rz_LineErrors& line, double lineLogScale, rzLong length,
-                        rzLong numMatched) {
+rz_PathErrors& rz_PathErrors::operator+=(const rz_PathErrors& other) {
+  normal += other.normal;
+  tangential += other.tangential;
+  rotation += other.rotation;
+  logScale += other.logScale;
+  spacing += other.spacing;
+  return *this;
+}
+
+rz_PathErrors rf_WeightedErrors(const rz_LineErrors& line, double logScale, rzLong length,
+                                rzLong numMatched) {
   const double weight = static_cast<double>(length) / numMatched;
-  normal += line.normal * weight;
-  tangential += line.tangential * weight;
-  rotation += line.rotation * weight;
-  logScale += lineLogScale * weight;
-  spacing += line.spacing;
+  return {line.normal * weight, line.tangential * weight, line.rotation * weight, logScale * weight,
+          line.spacing};
 }
 
 void rz_PathErrors::price(const rzOCArrangeParams& params, rz_CostTerms& cost) const {

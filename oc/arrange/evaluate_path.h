@@ -37,9 +37,7 @@ double rf_ScaleError(double logScale, double meanLogScale);
 
 /// Sums of errors over the lines of a path.
 struct rz_PathErrors {
-  /// Adds a line of `length` positions, `numMatched` of them matched: unmatched positions count as
-  /// if they had erred like the others.
-  void add(const rz_LineErrors& line, double logScale, rzLong length, rzLong numMatched);
+  rz_PathErrors& operator+=(const rz_PathErrors& other);
   /// Sets the five terms of `cost` that these sums make.
   void price(const rzOCArrangeParams& params, rz_CostTerms& cost) const;
 
@@ -49,6 +47,10 @@ struct rz_PathErrors {
   double logScale = 0.0;
   double spacing = 0.0;
 };
+/// What a line of `length` positions, `numMatched` of them matched, adds to them: unmatched
+/// positions count as if they had erred like the others.
+rz_PathErrors rf_WeightedErrors(const rz_LineErrors& line, double logScale, rzLong length,
+                                rzLong numMatched);
 
 /// What the breaks between `numLines` lines cost.
 double rf_BreakCost(rzLong numLines, const rzOCArrangeParams& params);

@@ -28,7 +28,7 @@ rz_PathSearch::rz_PathSearch(const std::vector<rzLong>& targetKeys,
 bool rz_PathSearch::runRound() {
   if (queue_.size() >= params_.maxCandidates() || queue_.empty()) return false;
   const rzLong node = queue_.top();
-  const rzLong length = tree_[node].length;
+  const rzLong length = tree_.step(node).length;
   if (length == rf_Count(charData_.size())) return false;
   ++numRounds_;
   if ((numRounds_ & kCheckBit) == 0) rzAttention::check();
@@ -40,8 +40,8 @@ bool rz_PathSearch::runRound() {
 
 // The order of the trials decides which of equally cheap paths comes first.
 void rz_PathSearch::growPath_(rzLong node) {
-  const std::size_t position = rf_At(tree_[node].length);
-  const rzLong previous = tree_[node].choice;
+  const std::size_t position = rf_At(tree_.step(node).length);
+  const rzLong previous = tree_.step(node).choice;
   trials_.grow(node);
   const rz_CharData& character = charData_[position];
   for (rzLong c = character.mayStayUnmatched ? kUnmatched : 0; c < character.numCandidates; ++c) {
@@ -63,12 +63,12 @@ void rz_PathSearch::tryChoice_(rzLong choice, bool startsLine) {
   const rzLong node = tree_.add(grown);
   queue_.push(node, total);
   counts_.mostWaiting = std::max(counts_.mostWaiting, queue_.size());
-  const bool isBetter =
-      grown.length > bestLength_ || (grown.length == bestLength_ && total < bestCost_);
+  const rzLong length = grown.step.length;
+  const bool isBetter = length > bestLength_ || (length == bestLength_ && total < bestCost_);
   if (!isBetter) return;
   tree_.hold(node);
   tree_.release(best_);
   best_ = node;
-  bestLength_ = grown.length;
+  bestLength_ = length;
   bestCost_ = total;
 }

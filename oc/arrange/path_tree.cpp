@@ -4,37 +4,38 @@
 #include <algorithm>
 
 rz_PathTree::rz_PathTree() {
-  rz_PathNode root;
-  root.holders = 1;
-  nodes_.push_back(root);
+  steps_.emplace_back().holders = 1;
+  sums_.emplace_back();
 }
 
 rzLong rz_PathTree::add(const rz_PathNode& node) {
-  rzLong index = rf_Count(nodes_.size());
+  rzLong index = rf_Count(steps_.size());
   if (free_.empty()) {
-    nodes_.push_back(node);
+    steps_.push_back(node.step);
+    sums_.push_back(node.sums);
   } else {
     index = free_.back();
     free_.pop_back();
-    nodes_[rf_At(index)] = node;
+    steps_[rf_At(index)] = node.step;
+    sums_[rf_At(index)] = node.sums;
   }
-  nodes_[rf_At(index)].holders = 1;
-  hold(node.parent);
+  steps_[rf_At(index)].holders = 1;
+  hold(node.step.parent);
   return index;
 }
 
 void rz_PathTree::release(rzLong node) {
-  while (--nodes_[rf_At(node)].holders == 0) {
+  while (--steps_[rf_At(node)].holders == 0) {
     free_.push_back(node);
-    node = nodes_[rf_At(node)].parent;
+    node = steps_[rf_At(node)].parent;
   }
 }
 
 rz_ArrangePath rz_PathTree::path(rzLong node) const {
   rz_ArrangePath path;
-  for (; node != kRoot; node = (*this)[node].parent) {
-    path.choices.push_back((*this)[node].choice);
-    if ((*this)[node].startsLine()) path.lineStarts.push_back((*this)[node].length - 1);
+  for (; node != kRoot; node = step(node).parent) {
+    path.choices.push_back(step(node).choice);
+    if (step(node).startsLine()) path.lineStarts.push_back(step(node).length - 1);
   }
   std::ranges::reverse(path.choices);
   std::ranges::reverse(path.lineStarts);

@@ -25,8 +25,9 @@ class rz_PriorityQueue {
 
   /// Gives the item's handle.
   rzLong push(T item, double priority) {
-    const rzLong slot = takeSlot_(std::move(item), priority);
-    place_(size(), slot);
+    const rzLong slot = takeSlot_(std::move(item));
+    heap_.emplace_back();
+    place_(size() - 1, {priority, slot});
     siftUp_(size() - 1);
     return slot;
   }
@@ -34,13 +35,13 @@ class rz_PriorityQueue {
   /// The first item. Throws rz_PriorityQueueDefs::EmptyQueue if there is none.
   const T& top() const {
     if (empty()) throw rz_PriorityQueueDefs::EmptyQueue();
-    return items_[at_(heap_.front())];
+    return items_[at_(heap_.front().slot)];
   }
 
   /// Removes the first item. Throws rz_PriorityQueueDefs::EmptyQueue if there is none.
   void pop() {
     if (empty()) throw rz_PriorityQueueDefs::EmptyQueue();
-    remove(heap_.front());
+    remove(heap_.front().slot);
   }
 
   /// Removes the item of that handle; rz_PriorityQueueDefs::BadHandle if it does not wait.
@@ -51,11 +52,12 @@ class rz_PriorityQueue {
     const rzLong hole = heapIndex_[at_(handle)];
     heapIndex_[at_(handle)] = kFree;
     freeSlots_.push_back(handle);
-    const rzLong last = heap_.back();
+    const double removed = priorityAt_(hole);
+    const Waiting last = heap_.back();
     heap_.pop_back();
-    if (last == handle) return;
+    if (last.slot == handle) return;
     place_(hole, last);
-    if (comesBefore_(priorities_[at_(last)], priorities_[at_(handle)])) {
+    if (comesBefore_(last.priority, removed)) {
       siftUp_(hole);
     } else {
       siftDown_(hole);
@@ -65,40 +67,40 @@ class rz_PriorityQueue {
  private:
   static constexpr rzLong kFree = -1;
 
+  // The priority stands beside the slot so that comparing neighbours in the heap touches nothing
+  // else.
+  struct Waiting {
+    double priority;
+    rzLong slot;
+  };
+
   static std::size_t at_(rzLong index) { return static_cast<std::size_t>(index); }
 
   bool comesBefore_(double a, double b) const { return isMinFirst_ ? a < b : a > b; }
   bool comesNoLater_(double a, double b) const { return isMinFirst_ ? a <= b : a >= b; }
-  double priorityAt_(rzLong k) const { return priorities_[at_(heap_[at_(k)])]; }
+  double priorityAt_(rzLong k) const { return heap_[at_(k)].priority; }
 
-  rzLong takeSlot_(T&& item, double priority) {
+  rzLong takeSlot_(T&& item) {
     if (freeSlots_.empty()) {
       items_.push_back(std::move(item));
-      priorities_.push_back(priority);
       heapIndex_.push_back(kFree);
       return rf_Count(items_.size()) - 1;
     }
     const rzLong slot = freeSlots_.back();
     freeSlots_.pop_back();
     items_[at_(slot)] = std::move(item);
-    priorities_[at_(slot)] = priority;
     return slot;
   }
 
-  // Puts a slot at heap index k, which may be one past the end.
-  void place_(rzLong k, rzLong slot) {
-    if (k == size()) {
-      heap_.push_back(slot);
-    } else {
-      heap_[at_(k)] = slot;
-    }
-    heapIndex_[at_(slot)] = k;
+  void place_(rzLong k, const Waiting& waiting) {
+    heap_[at_(k)] = waiting;
+    heapIndex_[at_(waiting.slot)] = k;
   }
 
   void swap_(rzLong a, rzLong b) {
-    const rzLong slotA = heap_[at_(a)];
+    const Waiting waiting = heap_[at_(a)];
     place_(a, heap_[at_(b)]);
-    place_(b, slotA);
+    place_(b, waiting);
   }
 
   void siftUp_(rzLong k) {
@@ -122,9 +124,8 @@ class rz_PriorityQueue {
     }
   }
 
-  std::vector<rzLong> heap_;  // slots
-  std::vector<T> items_;      // by slot, as the next two
-  std::vector<double> priorities_;
+  std::vector<Waiting> heap_;
+  std::vector<T> items_;           // by slot, as the next
   std::vector<rzLong> heapIndex_;  // kFree for a free slot
   std::vector<rzLong> freeSlots_;  // last in, first out
   bool isMinFirst_;

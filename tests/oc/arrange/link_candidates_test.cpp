@@ -85,4 +85,23 @@ TEST(LinkCandidates, TableCoversAllCandidatesOfEachPair) {
   EXPECT_TRUE(links[2].empty());
 }
 
+// Positions 0, 2 and 3 bear one key, 1 and 4 another, 5 the first one's poses on a wider box.
+TEST(LinkCandidates, NeighboursOfTheSameKeysShareOneTable) {
+  Scene scene;
+  for (const rzLong key : {1, 2, 1, 1, 2, 3}) {
+    const double x = key == 2 ? 12 : 0;
+    rz_CharData& data = scene.add(key, {{poseAt(x, 0), 1}, {poseAt(x + 60, 0), 1}});
+    if (key == 3) {
+      data.imageArea(rzAffineRectangle(rzVector<2>(0, 0), rzVector<2>(70, 0), rzVector<2>(0, 20)));
+    }
+  }
+  rz_LinkTable links;
+  rf_LinkCandidates(scene.charData, scene.poses, links);
+  EXPECT_EQ(links.numDistinctPairs(), 4u);
+  EXPECT_EQ(&links[0], &links[3]) << "1 before 2";
+  EXPECT_NE(&links[0], &links[1]) << "2 before 1 is another thing";
+  EXPECT_FALSE(links[0][0][1]);
+  EXPECT_TRUE(links[4][0][1]) << "a wide box reaches farther";
+}
+
 }  // namespace

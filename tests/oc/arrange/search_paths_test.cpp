@@ -7,8 +7,7 @@
 #include <limits>
 
 #include "oc/arrange/link_candidates.h"
-#include "oc/arrange/path_tree.h"
-#include "oc/arrange/path_trials.h"
+#include "oc/arrange/path_search.h"
 #include "oc/arrange/priority_queue.h"
 #include "rz/attention.h"
 #include "rz/timeout.h"
@@ -21,9 +20,18 @@ using testing::Each;
 using testing::ElementsAre;
 constexpr rzLong kNo = kUnmatched;
 
+// The state of a search before a round: the path that comes first, how many wait, and how many
+// were tried.
+struct Round {
+  std::vector<rzLong> choices, lineStarts;
+  rzLong waiting, tried;
+  bool operator==(const Round& other) const = default;
+};
+
 struct Outcome {
   rz_ArrangePath path;
   bool isComplete;
+  std::vector<Round> rounds;  // when asked for
 };
 
 Outcome search(const Scene& scene, const rzPelBuffer_const<unsigned char>& image = {}) {
@@ -40,10 +48,12 @@ Outcome plainSearch(const Scene& scene) {
   rf_LinkCandidates(scene.charData, scene.poses, links);
   rz_PriorityQueue<rz_ArrangePath> queue(true);
   queue.push({}, 0.0);
-  Outcome outcome{{}, false};
+  Outcome outcome{{}, false, {}};
+  rzLong tried = 0;
   double bestCost = 0.0;
   const auto tryPath = [&](const rz_ArrangePath& path) {
     rz_ArrangeCost cost;
+    ++tried;
     if (!scene.evaluate(path, cost)) return;
     queue.push(path, cost.total());
     const rzLong bestLength = outcome.path.size();
@@ -56,6 +66,7 @@ Outcome plainSearch(const Scene& scene) {
     rz_ArrangePath current = queue.top();
     const rzLong length = current.size();
     if (length == n) break;
+    outcome.rounds.push_back({current.choices, current.lineStarts, queue.size(), tried});
     queue.pop();
     if (length < outcome.path.size() - 5) continue;
     const rz_CharData& data = scene.charData[rf_At(length)];
@@ -78,6 +89,18 @@ Outcome plainSearch(const Scene& scene) {
   return outcome;
 }
 
+std::vector<Round> roundsOf(const Scene& scene) {
+  std::vector<Round> rounds;
+  rz_PathSearch search(scene.keys, scene.charData, scene.poses, scene.scores, scene.params, false);
+  while (search.numWaiting() > 0) {
+    const rz_ArrangePath front = search.front();
+    const Round round{front.choices, front.lineStarts, search.numWaiting(), search.counts().tried};
+    if (!search.runRound()) break;
+    rounds.push_back(round);
+  }
+  return rounds;
+}
+
 // Bit for bit: a tolerance would hide a sum that is taken in another order.
 TEST(PathTrials, AgreeWithTheWholeEvaluationToTheLastBit) {
   std::mt19937 random(20);
@@ -87,13 +110,13 @@ TEST(PathTrials, AgreeWithTheWholeEvaluationToTheLastBit) {
     const bool isLeftHanded = round % 2 == 0;
     rz_PathTree tree;
     rz_PathTrials trials(tree, scene.keys, scene.charData, scene.poses, scene.scores, scene.params,
-                         isLeftHanded);
+                         isLeftHanded, round % 3 == 0 ? 10 : 1000);
     std::vector<rzLong> open = {rz_PathTree::kRoot};
     for (int step = 0; step < 60 && !open.empty(); ++step) {
       const std::size_t draw = random() % 2 == 0 ? open.size() - 1 : random() % open.size();
       const rzLong node = open[draw];
       open.erase(open.begin() + static_cast<std::ptrdiff_t>(draw));
-      if (tree[node].length == 12) continue;
+      if (tree.step(node).length == 12) continue;
       trials.grow(node);
       const rz_ArrangePath path = tree.path(node);
       const std::size_t position = path.choices.size();
@@ -133,6 +156,7 @@ TEST(SearchPaths, AgreesWithThePlainSearch) {
     ASSERT_EQ(fast.path.choices, plain.path.choices) << round;
     ASSERT_EQ(fast.path.lineStarts, plain.path.lineStarts) << round;
     ASSERT_EQ(fast.isComplete, plain.isComplete) << round;
+    ASSERT_EQ(roundsOf(scene), plain.rounds) << round;
     complete += fast.isComplete ? 1 : 0;
   }
   EXPECT_GT(complete, 100);
