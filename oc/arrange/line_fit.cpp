@@ -70,10 +70,10 @@ bool rf_FitCircularLine(const std::vector<rzVector<2>>& points, rzCircle& circle
                         std::vector<rzRadian>& pointAngles, rzRadian& sweep) {
   if (!rf_FitCircle(points, circle) || !(circle.radius() > 0.0)) return false;
   const bool isPositive = bendsPositively(points);
-  if (!followEachOther(points, circle.center(), isPositive, pointAngles)) return false;
-  const rzRadian turn = turnBetween(pointAngles.front(), pointAngles.back(), isPositive);
+  const rzRadian turn = turnBetween((points.front() - circle.center()).angle(),
+                                    (points.back() - circle.center()).angle(), isPositive);
   sweep = isPositive ? turn : -turn;
-  return turn >= kLeastSweep;
+  return turn >= kLeastSweep && followEachOther(points, circle.center(), isPositive, pointAngles);
 }
 
 rzRadian rf_AverageOrientation(const std::vector<rzRadian>& angles,
