@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // glyphline compile, show and edit: measure an alphabet, look at it, change it.
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 
 #include "alphabet_file.h"
 #include "char_list.h"
+#include "confusion_table.h"
 #include "failure.h"
 #include "oc/oc.h"
 #include "options.h"
@@ -77,6 +79,7 @@ void showAsJson(const rzOCAlphabet& alphabet) {
             {"threshold", alphabet.confusionThreshold()}};
   json["characters"] = Json::array();
   for (const auto& model : alphabet.characters()) json["characters"].push_back(jsonOf(*model));
+  if (alphabet.isCompiled()) json["confusions"] = confusionTable(alphabet);
   json["confusing"] = Json::array();
   for (const Pair& pair : confusingPairs(alphabet)) {
     json["confusing"].push_back(
@@ -91,12 +94,13 @@ void showAsText(const rzOCAlphabet& alphabet) {
             << "\nconfusion threshold: " << rfStr(alphabet.confusionThreshold()) << '\n';
   for (const auto& model : alphabet.characters()) {
     const std::string obstacle = obstacleOf(*model);
-    std::cout << "  " << (model->name() == " " ? "␣" : model->name()) << "  key " << model->key()
-              << "  " << model->imageArea().width() << "x" << model->imageArea().height() << " pels"
+    std::cout << "  " << shownName(model->name()) << "  key " << model->key() << "  "
+              << model->imageArea().width() << "x" << model->imageArea().height() << " pels"
               << (obstacle.empty() ? "" : "  not searched: " + obstacle) << '\n';
   }
+  std::cout << confusionText(alphabet);
   for (const Pair& pair : confusingPairs(alphabet)) {
-    std::cout << "  " << pair.a << " can pass for " << pair.b << ": "
+    std::cout << "  " << shownName(pair.a) << " can pass for " << shownName(pair.b) << ": "
               << rfDbl(pair.confusion, 2, false) << '\n';
   }
 }

@@ -292,9 +292,35 @@ class Command(unittest.TestCase):
         pairs = {(p["char"], p["with"]) for p in shown["confusing"]}
         self.assertIn(("O", "Q"), pairs)
         self.assertNotIn(("O", "X"), pairs)
+        names = [c["char"] for c in shown["characters"]]
+        for pair in shown["confusing"]:
+            row = shown["confusions"][names.index(pair["char"])]
+            self.assertEqual(row[names.index(pair["with"])], pair["confusion"])
         again = compiled.read_bytes()
         self.assertEqual(run("compile", compiled).returncode, 0)
         self.assertEqual(compiled.read_bytes(), again)
+
+    def test_show_prints_every_confusion_in_lines_that_fit_a_terminal(self):
+        compiled = self.folder / "wide.oca"
+        done = run("train", "--font", FONT, "--size", 16, "--chars", "A-X ", "--compile", "-o",
+                   compiled)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        shown = json.loads(run("show", compiled, "--json").stdout)
+        names = [c["char"].replace(" ", "␣") for c in shown["characters"]]
+        text = run("show", compiled).stdout.decode()
+        cells, head = {}, []
+        for line in text.split("column's):\n")[1].split(" can pass for ")[0].splitlines()[:-1]:
+            self.assertLessEqual(len(line), 80)
+            words = line.split()
+            if line.startswith("    "):
+                head = words
+            else:
+                cells.update({(words[0], h): cell for h, cell in zip(head, words[1:])})
+        percents = {(a, b): int(100 * value + 0.5)
+                    for a, row in zip(names, shown["confusions"]) for b, value in zip(names, row)}
+        self.assertEqual(cells, {(a, b): "-" if a == b else str(p or ".")
+                                 for (a, b), p in percents.items()})
+        self.assertNotIn("confusions", run("show", self.alphabet).stdout.decode())
 
     def test_help_names_an_example(self):
         for command in ([], ["train"], ["arrange"], ["find"], ["compile"],
