@@ -65,7 +65,7 @@ void addPicture(const BoxedPicture& boxed, const BoxTraining& training, std::vec
   std::vector<CutOut> cuts;
   std::vector<rzRect> inks;
   for (const Box& box : boxed.boxes) {
-    cuts.push_back(cutOut(boxed.picture, box.rect, training.margin, training.polarity));
+    cuts.push_back(cutOut(boxed.picture, box.rect, training.margin, boxed.polarity));
     inks.push_back(cuts.back().ink);
   }
   const std::vector<double> depths = baseLines(inks, boxed.boxes);

@@ -17,12 +17,12 @@ struct BoxedPicture {
   rzPelBuffer<unsigned char> picture;
   std::vector<Box> boxes;
   std::string name;
+  Polarity polarity = Polarity::kAuto;
 };
 
 struct BoxTraining {
   std::vector<BoxedPicture> pictures;
   rzLong margin = 3;
-  Polarity polarity = Polarity::kAuto;
 };
 
 /// One character for each distinct box character, in order of first appearance; of several boxes

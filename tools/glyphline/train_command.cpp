@@ -12,6 +12,7 @@
 #include "oc/extract_model.h"
 #include "options.h"
 #include "picture.h"
+#include "text_train.h"
 
 namespace glyphline {
 namespace {
@@ -27,6 +28,7 @@ struct TrainOptions {
   std::string chars;
   std::vector<std::string> images;
   std::vector<std::string> boxes;
+  std::vector<std::string> texts;
   std::string polarity = "auto";
   rzLong margin = 3;
   double blank = 0.0;
@@ -45,15 +47,20 @@ Polarity polarityOf(const std::string& text) {
 
 void requireOneSource(const TrainOptions& options) {
   const bool fromFont = !options.font.empty();
-  const bool fromBoxes = !options.images.empty() || !options.boxes.empty();
-  if (fromFont == fromBoxes) {
-    throw Failure("train: give either --font with --size and --chars, or --image with --boxes");
+  const bool fromBoxes = !options.boxes.empty();
+  const bool fromTexts = !options.texts.empty();
+  if (fromBoxes && fromTexts) throw Failure("train: give either --boxes or --text");
+  if (fromFont == (fromBoxes || fromTexts || !options.images.empty())) {
+    throw Failure(
+        "train: give either --font with --size and --chars, or --image with --boxes or --text");
   }
   if (fromFont && (options.chars.empty() || options.size <= 0.0)) {
     throw Failure("train: --font needs --size and --chars");
   }
-  if (fromBoxes && options.images.size() != options.boxes.size()) {
-    throw Failure("train: every --image needs its --boxes");
+  const std::size_t numPartners = fromTexts ? options.texts.size() : options.boxes.size();
+  if (!fromFont && options.images.size() != numPartners) {
+    throw Failure(fromTexts ? "train: every --image needs its --text"
+                            : "train: every --image needs its --boxes or --text");
   }
 }
 
@@ -70,11 +77,11 @@ FontTraining fontTraining(const TrainOptions& options) {
 BoxTraining boxTraining(const TrainOptions& options) {
   BoxTraining training;
   training.margin = options.margin;
-  training.polarity = polarityOf(options.polarity);
   for (std::size_t i = 0; i < options.images.size(); ++i) {
     BoxedPicture boxed;
     boxed.name = options.images[i];
     boxed.picture = readPicture(boxed.name, "--image");
+    boxed.polarity = polarityOf(options.polarity);
     boxed.boxes = readBoxes(options.boxes[i], boxed.picture.width(), boxed.picture.height());
     training.pictures.push_back(std::move(boxed));
   }
@@ -87,20 +94,55 @@ void setBlank(std::vector<TrainedChar>& trained, double width, const BlankFrame&
   trained.push_back(blankOf(U' ', width, frame, "--blank"));
 }
 
-std::vector<TrainedChar> trainedChars(const TrainOptions& options) {
-  std::vector<TrainedChar> trained;
-  BlankFrame frame;
-  if (options.font.empty()) {
-    const BoxTraining training = boxTraining(options);
-    trained = trainFromBoxes(training);
-    frame = blankFrameOf(training);
-  } else {
-    const FontTraining training = fontTraining(options);
-    trained = trainFromFont(training);
-    frame = blankFrameOf(training);
+std::vector<TextPicture> textPictures(const TrainOptions& options) {
+  std::vector<TextPicture> pictures;
+  for (std::size_t i = 0; i < options.texts.size(); ++i) {
+    pictures.push_back(
+        readTextPicture(options.images[i], options.texts[i], polarityOf(options.polarity)));
   }
-  if (options.blank > 0.0) setBlank(trained, options.blank, frame);
+  return pictures;
+}
+
+void tellLeftOut(const TextPicture& picture) {
+  if (picture.numLeftOut == 0) return;
+  std::cerr << "warning: " << picture.boxed.name << ": left out as dirt: " << picture.numLeftOut
+            << (picture.numLeftOut == 1 ? " speck\n" : " specks\n");
+}
+
+/// What the characters were trained from, for those who want to know.
+struct Trained {
+  std::vector<TrainedChar> chars;
+  std::vector<TextPicture> pictures;  // with --text
+};
+
+Trained trainedFrom(const BoxTraining& training, double blank) {
+  Trained trained{trainFromBoxes(training), {}};
+  if (blank > 0.0) setBlank(trained.chars, blank, blankFrameOf(training));
   return trained;
+}
+
+Trained trainedFromTexts(const TrainOptions& options) {
+  std::vector<TextPicture> pictures = textPictures(options);
+  BoxTraining training;
+  training.margin = options.margin;
+  for (const TextPicture& picture : pictures) training.pictures.push_back(picture.boxed);
+  const double blank = options.blank > 0.0 ? options.blank : blankWidthOf(pictures);
+  Trained trained = trainedFrom(training, blank);
+  trained.pictures = std::move(pictures);
+  return trained;
+}
+
+Trained trainedFromFont(const TrainOptions& options) {
+  const FontTraining training = fontTraining(options);
+  Trained trained{trainFromFont(training), {}};
+  if (options.blank > 0.0) setBlank(trained.chars, options.blank, blankFrameOf(training));
+  return trained;
+}
+
+Trained trainedOf(const TrainOptions& options) {
+  if (!options.font.empty()) return trainedFromFont(options);
+  if (!options.texts.empty()) return trainedFromTexts(options);
+  return trainedFrom(boxTraining(options), options.blank);
 }
 
 rzOCAlphabet startingAlphabet(const TrainOptions& options) {
@@ -142,14 +184,16 @@ void tellUnsearched(const std::vector<TrainedChar>& trained) {
 int train(const TrainOptions& options) {
   requireOneSource(options);
   rzOCAlphabet alphabet = startingAlphabet(options);
-  const std::vector<TrainedChar> trained = trainedChars(options);
-  extend(alphabet, trained, options);
+  const Trained trained = trainedOf(options);
+  extend(alphabet, trained.chars, options);
   if (options.compile) alphabet.compile(nullptr, 0);
   writeAlphabet(options.output, alphabet);
-  if (options.voice.verbose) tellEach(trained);
+  for (const TextPicture& picture : trained.pictures) printMarks(picture, std::cout);
+  if (options.voice.verbose) tellEach(trained.chars);
   if (!options.voice.quiet) {
+    for (const TextPicture& picture : trained.pictures) tellLeftOut(picture);
     std::cerr << options.output << ": " << alphabet.numChars() << " characters\n";
-    tellUnsearched(trained);
+    tellUnsearched(trained.chars);
   }
   return kAllMatched;
 }
@@ -169,11 +213,18 @@ void addTrain(CLI::App& app, Action& action) {
   command.add_option("--boxes", options->boxes, "Box file of the picture before it")
       ->expected(1)
       ->take_all();
+  command
+      .add_option("--text", options->texts,
+                  "The text, all of it, that the picture before it shows; \\n ends a line")
+      ->expected(1)
+      ->take_all();
   command.add_option("--polarity", options->polarity, "dark, light, or auto (default)")
       ->check(CLI::IsMember({"dark", "light", "auto"}));
   command.add_option("--margin", options->margin, "Pels of background round the ink (default 3)")
       ->check(CLI::Range(0, kMostMargin));
-  command.add_option("--blank", options->blank, "Width in pels of a space to add")
+  command
+      .add_option("--blank", options->blank,
+                  "Width in pels of a space to add; with --text measured, if it has one")
       ->check(CLI::Range(1.0, kMostBlank));
   command.add_option("--name", options->name, "The alphabet's name");
   command.add_option("--add", options->add, "Extend this alphabet");
@@ -183,7 +234,8 @@ void addTrain(CLI::App& app, Action& action) {
   command.footer(
       "Example:\n"
       "  glyphline train --font DejaVuSans-Bold.ttf --size 36 --chars 'A-Z0-9 ' -o label.oca\n"
-      "  glyphline train --image print.png --boxes print.box --blank 12 -o print.oca");
+      "  glyphline train --image print.png --boxes print.box --blank 12 -o print.oca\n"
+      "  glyphline train --image label.png --text 'LOT 4471B\\nEXP 2027' -o label.oca");
   command.callback([options, &action] { action = [options] { return train(*options); }; });
 }
 

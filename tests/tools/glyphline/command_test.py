@@ -128,6 +128,17 @@ class Command(unittest.TestCase):
             self.assertAlmostEqual(p["center"][1], q["center"][1], delta=1.5)
         self.assertGreater(sum(q["status"] == "matched" for q in again), 12)
 
+    def test_a_picture_and_its_text_train_what_reads_the_picture(self):
+        alphabet, print_alone = self.folder / "shown.oca", self.folder / "print.pgm"
+        rows = list(grey_rows(self.label.read_bytes()))[50:165]
+        print_alone.write_bytes(b"P5 240 115 255\n" + b"".join(bytes(r[110:350]) for r in rows))
+        done = run("train", "--image", print_alone, "--text", self.text, "-o", alphabet)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        marks = done.stdout.decode().splitlines()[2:]
+        self.assertEqual([m.split()[0] for m in marks], list(self.text.replace(" ", "")))
+        again = self.arrange("--json", alphabet=alphabet)
+        self.assertEqual(json.loads(again.stdout)["verdict"], "pass")
+
     def test_an_alphabet_grows_and_keeps_a_character_that_comes_twice_only_once(self):
         small, grown = self.folder / "small.oca", self.folder / "grown.oca"
         run("train", "--font", FONT, "--size", 32, "--chars", "ABBA", "--name", "first", "-o", small)
@@ -257,6 +268,12 @@ class Command(unittest.TestCase):
              [text, "--font"]),
             (run("train", "--image", self.label, "--boxes", boxes, "-o", out),
              [f"{boxes}:1", "--boxes", "leaves the picture"]),
+            (run("train", "--image", self.label, "--text", self.text + "X", "-o", out),
+             [self.label, "--text", "marks for the"]),
+            (run("train", "--image", self.label, "--text", "A", "--boxes", boxes, "-o", out),
+             ["--boxes", "--text"]),
+            (run("train", "--image", self.label, "--text", "A", "--text", "B", "-o", out),
+             ["--image", "--text"]),
             (run("train", "--font", FONT, "--size", 30, "--chars", "A", "--add", self.alphabet,
                  "-o", out), ["--add", '"A"']),
             (run("train", "-o", out), ["--font", "--image"]),
