@@ -14,20 +14,19 @@ RZ_DEFINE_EXCEPTION_LEAF(rzNrmSearchDefs::Errors, rzExceptionWithString, 0x10000
 
 namespace {
 
-constexpr double kLikenessRange = 0.2;  // a correlation so far below 1 scores 0
+constexpr double kLeastCorrelation = 0.7;  // below it a place is not looked at more closely
+// What scores 0, and the most that a likeness scores: what correlates well is ranked by that, since
+// it tells the place best. A score of 0.3 asks for a correlation of 0.90 or a likeness of 0.85.
+constexpr double kNoCorrelation = 0.86;
+constexpr double kNoLikeness = 0.625;
+constexpr double kMostForLikeness = 0.5;
 
 constexpr rzLong kNumStrips = 4;    // of a template, from top to bottom
 constexpr double kTooLow = -2.0;    // stands for a correlation that cannot be accepted
 constexpr double kRounding = 1e-6;  // of a correlation in doubles, by far
 
-double scoreOf(double correlation) {
-  return std::max(0.0, 1.0 - (1.0 - correlation) / kLikenessRange);
-}
-
-// The correlation that a result needs; none when everything is accepted.
-double correlationFor(double accept) {
-  return accept > 0.0 ? 1.0 - (1.0 - accept) * kLikenessRange : kTooLow;
-}
+// 0 at `zero`, 1 at 1.
+double scaled(double value, double zero) { return std::max(0.0, (value - zero) / (1.0 - zero)); }
 
 // Correlation at each place of the template that is looked at, in pel coordinates of the picture.
 struct Surface {
@@ -36,11 +35,19 @@ struct Surface {
 
   rzLong right() const { return places.lr().x() - 1; }
   rzLong bottom() const { return places.lr().y() - 1; }
-  double at(rzLong x, rzLong y) const {
+  double at(rzLong x, rzLong y) const { return values[index(x, y)]; }
+  double& at(rzLong x, rzLong y) { return values[index(x, y)]; }
+  std::size_t index(rzLong x, rzLong y) const {
     const std::int64_t row = std::int64_t{y} - places.y();
-    return values[static_cast<std::size_t>(row * places.width() + (x - places.x()))];
+    return static_cast<std::size_t>(row * places.width() + (x - places.x()));
   }
 };
+
+// The k-th of the rows, from the middle one outwards: there the character is looked for, and the
+// sooner it is seen, the sooner all else is passed over.
+rzLong fromTheMiddle(rzLong first, rzLong count, rzLong k) {
+  return first + count / 2 + (k % 2 == 0 ? k / 2 : -(k + 1) / 2);
+}
 
 // A place is a peak when no neighbour is better; among equals the first in reading order is it.
 bool isPeak(const Surface& surface, rzLong x, rzLong y) {
@@ -77,12 +84,19 @@ double commonShare(const Peak& a, const Peak& b, rzPair<rzLong> size) {
   return static_cast<double>(boxA.intersect(boxB).area()) / static_cast<double>(boxA.area());
 }
 
-std::vector<Peak> peaksOf(const Surface& surface, double accept) {
+std::vector<Peak> peaksOf(const Surface& surface, double accept, const rz_PrintLikeness& likeness,
+                          const rzPelBuffer_const<unsigned char>& image) {
   std::vector<Peak> peaks;
   for (rzLong y = surface.places.y(); y <= surface.bottom(); ++y) {
     for (rzLong x = surface.places.x(); x <= surface.right(); ++x) {
-      const double score = scoreOf(surface.at(x, y));
-      if (score >= accept && isPeak(surface, x, y)) peaks.push_back({x, y, score});
+      if (!isPeak(surface, x, y)) continue;
+      const double r = surface.at(x, y);
+      double score = scaled(r, kNoCorrelation);
+      if (r >= kLeastCorrelation) {
+        const double likenessThere = likeness.of(image, x, y);
+        score = std::max(score, kMostForLikeness * scaled(likenessThere, kNoLikeness));
+      }
+      if (score >= accept) peaks.push_back({x, y, score});
     }
   }
   return peaks;
@@ -226,6 +240,7 @@ void rzNrmSearchModel::train(const rzPelBuffer_const<unsigned char>& image,
   size_ = window.size();
   origin_ = origin - rzVector<2>(window.ul());
   own_ = own;
+  likeness_ = rz_PrintLikeness(image);
 }
 
 void rzNrmSearchModel::run(const rzPelBuffer_const<unsigned char>& image,
@@ -237,17 +252,22 @@ void rzNrmSearchModel::run(const rzPelBuffer_const<unsigned char>& image,
   if (own_.n == 0 || places.isNull()) return;
 
   const rz_NrmMatcher matcher(*this, image);
-  const double required = correlationFor(params.accept());
-  Surface surface{places, {}};
-  surface.values.reserve(static_cast<std::size_t>(places.area()));
-  for (rzLong y = places.y(); y < places.lr().y(); ++y) {
+  double required = params.accept() > 0.0 ? kLeastCorrelation : kTooLow;
+  Surface surface{places, std::vector<double>(static_cast<std::size_t>(places.area()), kTooLow)};
+  for (rzLong k = 0; k < places.height(); ++k) {
     rzAttention::check();
+    const rzLong y = fromTheMiddle(places.y(), places.height(), k);
     for (rzLong x = places.x(); x < places.lr().x(); ++x) {
-      surface.values.push_back(matcher.correlation(x, y, required));
+      const double r = matcher.correlation(x, y, required);
+      surface.at(x, y) = r;
+      // Of one result that is ranked by correlation, only a place that correlates better is one.
+      const bool isClear = scaled(r, kNoCorrelation) > kMostForLikeness;
+      if (params.maxNumResults() == 1 && isClear) required = std::max(required, r);
     }
   }
   const auto clientFromImage = image.clientFromImageXformBase();
-  for (const Peak& peak : separatePeaks(peaksOf(surface, params.accept()), size_, params)) {
+  for (const Peak& peak :
+       separatePeaks(peaksOf(surface, params.accept(), likeness_, image), size_, params)) {
     const rzVector<2> corner = matcher.subPelPeak(peak.x, peak.y, places);
     set.results_.emplace_back(peak.score, true, clientFromImage->mapPoint(corner + origin_));
   }

@@ -11,6 +11,7 @@
 
 #include "platform/vision/correlation/care_pels.h"
 #include "platform/vision/correlation/cross_sums.h"
+#include "platform/vision/correlation/print_likeness.h"
 #include "rz/diag.h"
 #include "rz/exception.h"
 #include "rz/pel_buffer.h"
@@ -108,8 +109,11 @@ class rzNrmSearchModel {
   /// empty set. `searchRect` restricts the template's place, in pel coordinates of `image`;
   /// (0, 0, 1, 1) means no restriction.
   ///
-  /// With r the normalised correlation, the score is (r - 0.8) / 0.2 cut to 0 to 1: unlike letters
-  /// of one face commonly reach 0.6 to 0.8 of correlation, the letter itself, worn, 0.87 and more.
+  /// With r the normalised correlation, the score is (r - 0.86) / 0.14 cut to 0 to 1; or, where
+  /// that is more and r is 0.7 or more, what the likeness of the print (rz_PrintLikeness), 0.625 to
+  /// 1, gives on a scale from 0 to 0.5. So 0.3 asks for r = 0.90 or a likeness of 0.85: unlike
+  /// letters of one face commonly correlate to 0.6 to 0.8, the letter itself, worn, to 0.75 and
+  /// more, and then it is the kind of the difference that tells them apart.
   void run(const rzPelBuffer_const<unsigned char>& image, const rzNrmSearchRunParams& params,
            const rzPelRect& searchRect, rzNrmSearchResultSet& set, rzDiagObject* diag,
            rzULong flags) const;
@@ -129,4 +133,5 @@ class rzNrmSearchModel {
   rzPair<rzLong> size_;
   rzVector<2> origin_;  // pel place of the client origin, from the window's corner
   rz_PairSums own_;     // n, a and aa of the template; n is 0 before training
+  rz_PrintLikeness likeness_;
 };

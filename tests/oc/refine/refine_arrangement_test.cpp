@@ -74,6 +74,21 @@ TEST(RefineArrangement, ConfirmsAnInferredCharacterThatIsThere) {
   EXPECT_NEAR(row.poses[1].translation.y(), 50.4, 0.3);
 }
 
+TEST(RefineArrangement, ConfirmsWornPrintButNoOtherLetterThatHoldsTheWholeOfThisOne) {
+  rzPelBuffer<unsigned char> image = draw::paper(200, 100);
+  draw::fill(image, draw::letterF(), placed(50.3, 50.0));
+  draw::fill(image, draw::stroke(30, 61, 70, 61, 8), rzXform<2>(), 220);  // its lower quarter
+  draw::fill(image, draw::letterR(), placed(100.0, 50.4));                // an F and more
+  Row row;
+  row.add(kF, 49.0, rzOCArrangeDefs::eInferred);
+  row.add(kF, 101.0, rzOCArrangeDefs::eInferred);
+  rf_RefineArrangement(image, letters(), row.keys, row.poses, row.statuses, row.scores, nullptr, 0);
+  EXPECT_EQ(row.statuses[0], rzOCArrangeDefs::eMatched);
+  EXPECT_NEAR(row.poses[0].translation.x(), 50.3, 1.0);
+  EXPECT_NEAR(row.poses[0].translation.y(), 50.0, 1.5);
+  EXPECT_EQ(row.statuses[1], rzOCArrangeDefs::eInferred);
+}
+
 TEST(RefineArrangement, LeavesEveryOtherPositionExactlyAsItIs) {
   Row row;
   row.add(kF, 50.0, rzOCArrangeDefs::eMatched);
