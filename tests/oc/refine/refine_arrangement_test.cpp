@@ -107,4 +107,31 @@ TEST(RefineArrangement, LeavesEveryOtherPositionExactlyAsItIs) {
   }
 }
 
+// Characters that show nothing, and pictures that show them nowhere or have no room for them.
+TEST(RefineArrangement, NothingIsConfirmedWhereNothingCanBeTold) {
+  const auto model = [](rzLong key, const rzPelBuffer<unsigned char>& image, const rzPelRect& area,
+                        const rzPelBuffer_const<unsigned char>& mask = {}) {
+    return rzPtrHandle_const<rzOCModel>(mask.isBound() ? new rzOCModel(key, image, mask, area)
+                                                       : new rzOCModel(key, image, area));
+  };
+  const rzPelRect whole(0, 0, 20, 30);
+  const rzPelBuffer<unsigned char> careless(whole, 32);
+  const auto alphabet = drawn::alphabet(
+      {model(1, draw::paper(20, 30), whole), model(2, draw::paper(1, 1), rzPelRect(0, 0, 1, 1)),
+       model(3, draw::paper(20, 30), whole, careless),
+       model(4, printedRow(), rzPelRect(199, 99, 1, 1)), drawn::blank(kSpace),
+       drawn::character(kR, draw::letterR())});
+  for (const auto& image : {printedRow(), draw::paper(200, 100), draw::paper(25, 35)}) {
+    for (const rzLong key : {1, 2, 3, 4, kSpace, kR}) {
+      Row row;
+      for (const double x : {12.0, 50.0, 100.0}) row.add(key, x, rzOCArrangeDefs::eInferred);
+      const Row before = row;
+      rf_RefineArrangement(image, alphabet, row.keys, row.poses, row.statuses, row.scores, nullptr,
+                           0);
+      EXPECT_EQ(row.statuses, before.statuses) << key;
+      EXPECT_EQ(row.scores, before.scores) << key;
+    }
+  }
+}
+
 }  // namespace
