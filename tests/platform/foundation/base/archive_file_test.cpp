@@ -55,32 +55,27 @@ std::string messageOf(const std::string& path) {
 
 }  // namespace
 
-TEST_F(ArchiveFile, PayloadComesBackAndNoTemporaryStays) {
-  for (const Bytes& payload : {Bytes{}, Bytes{1, 2, 3}, Bytes(100000, 0xA5)}) {
-    rfWriteArchiveFile(path_, payload);
-    EXPECT_EQ(rfReadArchiveFile(path_), payload);
-    EXPECT_EQ(numFiles(), 1u);
-  }
-}
-
-TEST_F(ArchiveFile, FormIsMagicVersionLengthChecksumPayload) {
+TEST_F(ArchiveFile, FormIsMagicVersionLengthChecksumPayloadAndNoTemporaryStays) {
+  const Bytes large(100000, 0xA5);
+  rfWriteArchiveFile(path_, large);
+  EXPECT_EQ(rfReadArchiveFile(path_), large);
   // The check value of this CRC for "123456789" is 0xCBF43926.
   rfWriteArchiveFile(path_, Bytes{'1', '2', '3', '4', '5', '6', '7', '8', '9'});
   EXPECT_THAT(content(),
               testing::ElementsAre('O', 'C', 'A', 'R', 1, 0, 0, 0, 9, 0, 0, 0, 0, 0, 0, 0, 0x26,
                                    0x39, 0xF4, 0xCB, '1', '2', '3', '4', '5', '6', '7', '8', '9'));
+  EXPECT_EQ(numFiles(), 1u);
 }
 
-TEST_F(ArchiveFile, DamageIsTold) {
+TEST_F(ArchiveFile, DamageTruncationAndALongerFileAreTold) {
   rfWriteArchiveFile(path_, Bytes{1, 2, 3, 4});
-  const Bytes whole = content();
+  Bytes whole = content();
   struct Case {
     std::size_t byte;
     const char* told;
   };
   const Case kCases[] = {
-      {0, "Not an archive file"}, {4, "Unknown version"}, {8, "length"}, {15, "length"},
-      {16, "checksum"},           {23, "checksum"}};
+      {0, "Not an archive file"}, {4, "Unknown version"}, {8, "length"}, {23, "checksum"}};
   for (const Case& c : kCases) {
     Bytes damaged = whole;
     damaged[c.byte] ^= 0x80;
@@ -88,11 +83,6 @@ TEST_F(ArchiveFile, DamageIsTold) {
     EXPECT_THAT(messageOf(path_), HasSubstr(c.told)) << c.byte;
     EXPECT_THAT(messageOf(path_), HasSubstr("job.oca")) << c.byte;
   }
-}
-
-TEST_F(ArchiveFile, EachTruncationAndALongerFileAreBadFormat) {
-  rfWriteArchiveFile(path_, Bytes{1, 2, 3, 4});
-  Bytes whole = content();
   for (std::size_t size = 0; size < whole.size(); ++size) {
     content(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
     EXPECT_THROW(rfReadArchiveFile(path_), rzArchive::BadFormat) << size;
@@ -102,14 +92,11 @@ TEST_F(ArchiveFile, EachTruncationAndALongerFileAreBadFormat) {
   EXPECT_THROW(rfReadArchiveFile(path_), rzArchive::BadFormat);
 }
 
-TEST_F(ArchiveFile, MissingFilesAndFoldersAreFileErrorsWithPathAndReason) {
+TEST_F(ArchiveFile, FailuresOfTheDiskNamePathAndReasonAndLeaveNothingBehind) {
   EXPECT_THROW(rfReadArchiveFile(path_), rzFileError);
   EXPECT_THAT(messageOf(path_), testing::AllOf(HasSubstr("job.oca"), HasSubstr("No such file")));
   EXPECT_THROW(rfReadArchiveFile(folder_.string()), rzFileError);
   EXPECT_THROW(rfWriteArchiveFile((folder_ / "none" / "job.oca").string(), Bytes{1}), rzFileError);
-}
-
-TEST_F(ArchiveFile, FailedWriteLeavesNothingBehind) {
   fs::create_directory(path_);
   fs::create_directory(fs::path(path_) / "full");
   EXPECT_THROW(rfWriteArchiveFile(path_, Bytes{1}), rzFileError);
