@@ -41,17 +41,6 @@ rzVector<2> randomPoint(std::mt19937& random) {
   return {x, place(random)};
 }
 
-TEST(CircleFit, CircleOfThreePointsPassesThroughAllThree) {
-  std::mt19937 random(7);
-  for (int i = 0; i < 20000; ++i) {
-    const Points points = {randomPoint(random), randomPoint(random), randomPoint(random)};
-    const rzCircle circle = fit(points);
-    for (const rzVector<2>& p : points) {
-      EXPECT_NEAR(p.distance(circle.center()), circle.radius(), 1e-9 * circle.radius());
-    }
-  }
-}
-
 TEST(CircleFit, FindsExactArcsOfAllSweepsAndSenses) {
   const rzCircle circle({400.0, -300.0}, 250.0);
   // Coordinates are rounded to about 1e-13; for a flat arc the centre is less sure by the square
@@ -94,29 +83,6 @@ TEST(CircleFit, NoCircleNearbyIsNearer) {
   }
 }
 
-TEST(CircleFit, MovesTurnsAndScalesWithItsPoints) {
-  const Points points = {{0.0, 0.0}, {10.0, 3.0}, {20.0, 2.5}, {31.0, -1.0}, {40.0, -7.0}};
-  const rzCircle circle = fit(points);
-  const rzXform<2> map({1000.0, 2000.0}, 3.0, 1.0, rzRadian(0.0), rzDegree(123.0));
-  Points mapped;
-  for (const rzVector<2>& p : points) mapped.push_back(map * p);
-  const rzCircle found = fit(mapped);
-  EXPECT_LT(found.center().distance(map * circle.center()), 1e-4);
-  EXPECT_NEAR(found.radius(), 3.0 * circle.radius(), 1e-4);
-}
-
-TEST(CircleFit, SameBitsForTheSamePoints) {
-  Points points = arcPoints(rzCircle({10.0, 20.0}, 30.0), 10.0, 77.0, 9);
-  points[4] += rzVector<2>(0.3, 0.2);
-  EXPECT_EQ(fit(points), fit(Points(points)));
-}
-
-TEST(CircleFit, SquareHasItsCircumcircle) {
-  const rzCircle circle = fit({{0.0, 0.0}, {2.0, 0.0}, {2.0, 2.0}, {0.0, 2.0}});
-  EXPECT_LT(circle.center().distance({1.0, 1.0}), 1e-12);
-  EXPECT_NEAR(circle.radius(), std::sqrt(2.0), 1e-12);
-}
-
 TEST(CircleFit, CollinearToWithinRoundingIsSingular) {
   std::mt19937 random(9);
   std::uniform_real_distribution<double> place(-100.0, 100.0);
@@ -129,28 +95,17 @@ TEST(CircleFit, CollinearToWithinRoundingIsSingular) {
   }
 }
 
-TEST(CircleFit, WithoutThreePlacesOrFiniteNumbersIsSingular) {
+TEST(CircleFit, WithoutThreePlacesOrFiniteNumbersIsSingularAndLeavesTheCircle) {
   const rzVector<2> a(1.0, 2.0), b(3.0, 5.0), c(7.0, 1.0);
   const double inf = HUGE_VAL;
   for (const Points& points : {Points{}, Points{a}, Points{a, b}, Points{a, a, a}, Points{a, b, a},
                                Points{a, b, b, a}, Points{a, b, {inf, 0.0}},
                                Points{a, b, c, {0.0, std::nan("")}}, Points{a, b, {1e200, 0.0}}}) {
     EXPECT_THROW(fit(points), rzMathError::Singular);
+    rzCircle circle(a, 3.0);
+    EXPECT_FALSE(rf_FitCircle(points, circle));
+    EXPECT_EQ(circle, rzCircle(a, 3.0));
   }
-}
-
-TEST(CircleFit, RefusedPointsLeaveTheCircleAlone) {
-  rzCircle circle({1.0, 2.0}, 3.0);
-  EXPECT_FALSE(rf_FitCircle({{0.0, 0.0}, {1.0, 1.0}, {2.0, 2.0}}, circle));
-  EXPECT_EQ(circle, rzCircle({1.0, 2.0}, 3.0));
-}
-
-// Noise can make a line the best of all circles. Whatever comes back must then be flat.
-TEST(CircleFit, PointsThatCurveBothWaysGiveNoTightCircle) {
-  rzCircle circle;
-  const Points wave = {{-30.0, -0.1}, {-10.0, 0.1}, {10.0, -0.1}, {30.0, 0.1}};
-  const bool fitted = rf_FitCircle(wave, circle);
-  EXPECT_TRUE(!fitted || circle.radius() > 1000.0) << circle.radius();
 }
 
 }  // namespace

@@ -20,25 +20,6 @@ rzNMMatrix numbered(rzLong rows, rzLong columns) {
   return m;
 }
 
-TEST(NMMatrix, SwapsWholeRowsAndColumns) {
-  rzNMMatrix m = numbered(3, 4);
-  m.swapRows(0, 2);
-  m.swapColumns(1, 3);
-  EXPECT_EQ(m(0, 1), 23.0);
-  EXPECT_EQ(m(2, 3), 1.0);
-  EXPECT_EQ(m(1, 0), 10.0);
-  m.swapColumns(3, 1);
-  m.swapRows(2, 0);
-  EXPECT_EQ(m, numbered(3, 4));
-}
-
-TEST(NMMatrix, CopySubTakesTheBlockAtTheOffset) {
-  rzNMMatrix block(2, 2);
-  block.copySub(numbered(4, 5), 2, 3);
-  EXPECT_EQ(block(0, 0), 23.0);
-  EXPECT_EQ(block(1, 1), 34.0);
-}
-
 TEST(NMMatrix, WhatLiesOutsideIsRefusedAndChangesNothing) {
   rzNMMatrix m = numbered(2, 3);
   EXPECT_THROW(m(2, 0), rzMathError::Overflow);

@@ -31,15 +31,6 @@ std::vector<rzVector<2>> somePoints() {
   return points;
 }
 
-TEST(XformBase, InverseTakesEveryPointBack) {
-  for (const Handle& xform : someXforms()) {
-    const Handle inverse = xform->inverseBase();
-    for (const rzVector<2>& p : somePoints()) {
-      EXPECT_LT(inverse->mapPoint(xform->mapPoint(p)).distance(p), 1e-10);
-    }
-  }
-}
-
 TEST(XformBase, TangentTouchesTheTransform) {
   for (const Handle& xform : someXforms()) {
     for (const rzVector<2>& p : somePoints()) {
@@ -101,31 +92,23 @@ TEST(XformBase, EveryKindComesBackFromAnArchiveToTheBit) {
   }
 }
 
-void storeClassName(rzArchive& out, rzULong id, const std::string& name) { out << id << name; }
+TEST(XformChain, LinkOfItselfAndLinksThatDoubleItsLengthAreRefused) {
+  std::vector<unsigned char> ofItself;
+  auto forge = rzArchive::storingTo(ofItself);
+  forge << rzULong{1} << std::string("rz2XformChain");
+  forge << static_cast<unsigned char>(0) << rzULong{1} << rzULong{1};
 
-TEST(XformChain, LinkOfItselfIsRefused) {
-  std::vector<unsigned char> bytes;
-  {
-    auto out = rzArchive::storingTo(bytes);
-    storeClassName(out, 1, "rz2XformChain");
-    out << static_cast<unsigned char>(0) << rzULong{1} << rzULong{1};
-  }
-  Handle loaded;
-  auto in = rzArchive::loadingFrom(bytes);
-  EXPECT_THROW(rf_SerializeHandle(in, loaded), rzArchive::BadFormat);
-}
-
-TEST(XformChain, SharedLinksThatDoubleItsLengthAreRefused) {
   Handle chain = new rz2XformChain(new rz2XformRadial, new rz2XformRadial);
   for (int i = 0; i < 20; ++i) chain = new rz2XformChain(chain, chain);
-  std::vector<unsigned char> bytes;
-  {
-    auto out = rzArchive::storingTo(bytes);
-    rf_SerializeHandle(out, chain);
+  std::vector<unsigned char> doubled;
+  auto out = rzArchive::storingTo(doubled);
+  rf_SerializeHandle(out, chain);
+
+  for (const auto* bytes : {&ofItself, &doubled}) {
+    Handle loaded;
+    auto in = rzArchive::loadingFrom(*bytes);
+    EXPECT_THROW(rf_SerializeHandle(in, loaded), rzArchive::BadFormat) << bytes->size();
   }
-  Handle loaded;
-  auto in = rzArchive::loadingFrom(bytes);
-  EXPECT_THROW(rf_SerializeHandle(in, loaded), rzArchive::BadFormat);
 }
 
 TEST(XformRadial, PlacesBeyondTheFoldHaveNoSource) {
@@ -135,11 +118,6 @@ TEST(XformRadial, PlacesBeyondTheFoldHaveNoSource) {
   const rzVector<2> inside(0.0, 0.999 * reach);
   EXPECT_LT(barrel.mapPoint(inverse->mapPoint(inside)).distance(inside), 1e-12);
   EXPECT_THROW(inverse->mapPoint({1.001 * reach, 0.0}), rzMathError::Singular);
-}
-
-TEST(XformLinear, WithoutInverseIsSingular) {
-  const rz2XformLinear flat(rzMatrix<2>(1.0, 1.0, 1.0, 1.0), {});
-  EXPECT_THROW(flat.inverseBase(), rzMathError::Singular);
 }
 
 }  // namespace
