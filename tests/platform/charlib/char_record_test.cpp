@@ -52,66 +52,27 @@ Image row(const std::vector<unsigned char>& greys) {
   return rfPelBufferFromPels(greys.data(), width, 1, width);
 }
 
-std::vector<rzLong> pelsOf(const Image& image) {
-  std::vector<rzLong> pels;
-  for (rzLong x = image.window().x(); x < image.window().ur().x(); ++x) {
-    pels.push_back(*image.pointToPel(x, image.window().y()));
-  }
-  return pels;
-}
-
-TEST(CharRecord, FirstSpecifiedMarkRectIsTaken) {
-  Record record;
-  ASSERT_EQ(record.normalized(row({0, 255, 0, 255, 0}), 128), RSYS_SUCCESS);
-  Image mark;
-  EXPECT_EQ(record.mark(mark), ROC_RECT_NOT_SPECIFIED);
-  record.metrics.specifiedRects = roc_cellRect | roc_cellRectImage;
-  EXPECT_EQ(record.mark(mark), ROC_RECT_NOT_SPECIFIED);
-  record.specify(roc_detectedMarkRect, record.metrics.detectedMarkRect, 4.0);
-  EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-  EXPECT_EQ(mark.window(), rzPelRect(4, 0, 1, 1));
-  record.specify(roc_markRect, record.metrics.markRect, 3.0);
-  EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-  EXPECT_EQ(mark.window(), rzPelRect(3, 0, 1, 1));
-  record.specify(roc_detectedMarkRectImage, record.metrics.detectedMarkRectImage, 2);
-  EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-  EXPECT_EQ(mark.window(), rzPelRect(2, 0, 1, 1));
-  record.specify(roc_markRectImage, record.metrics.markRectImage, 1);
-  EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-  EXPECT_EQ(mark.window(), rzPelRect(1, 0, 1, 1));
-  EXPECT_THAT(pelsOf(mark), ElementsAre(255));
-}
-
-TEST(CharRecord, ClientMarkRectGoesThroughTheImagesTransform) {
+TEST(CharRecord, FirstSpecifiedMarkRectIsTakenThroughTheImagesTransform) {
   Image image = row({0, 255, 0, 255, 0});
   image.imageFromClientXform(rzXform<2>(rzMatrix<2>(), rzVector<2>(-7.0, 0.0)));
   Record record;
-  ASSERT_EQ(record.normalized(image, 128), RSYS_SUCCESS);
-  record.specify(roc_markRect, record.metrics.markRect, 10.0);
+  ASSERT_EQ(record.normalized(image, 255, true), RSYS_SUCCESS);
   Image mark;
-  EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-  EXPECT_EQ(mark.window(), rzPelRect(3, 0, 1, 1));
-}
-
-TEST(CharRecord, ThresholdAndInversionDecideTheTwoValues) {
-  struct {
-    rzLong threshold;
-    bool invert;
-    std::vector<rzLong> pels;
-  } const cases[] = {
-      {0, false, {255, 255, 255, 255}}, {1, false, {0, 255, 255, 255}},
-      {255, false, {0, 0, 0, 255}},     {256, false, {0, 0, 0, 0}},
-      {128, true, {255, 255, 0, 0}},    {256, true, {255, 255, 255, 255}},
-  };
-  for (const auto& c : cases) {
-    Record record;
-    ASSERT_EQ(record.normalized(row({0, 127, 128, 255}), c.threshold, c.invert), RSYS_SUCCESS);
-    record.specify(roc_markRect, record.metrics.markRect, 0.0);
-    record.metrics.markRect[2] = 4.0;
-    Image mark;
+  record.metrics.specifiedRects = roc_cellRect | roc_cellRectImage;
+  EXPECT_EQ(record.mark(mark), ROC_RECT_NOT_SPECIFIED);
+  const auto expectMarkAt = [&](rzLong x) {
     EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-    EXPECT_EQ(pelsOf(mark), c.pels) << c.threshold;
-  }
+    EXPECT_EQ(mark.window(), rzPelRect(x, 0, 1, 1));
+  };
+  record.specify(roc_detectedMarkRect, record.metrics.detectedMarkRect, 11.0);
+  expectMarkAt(4);
+  record.specify(roc_markRect, record.metrics.markRect, 10.0);
+  expectMarkAt(3);
+  record.specify(roc_detectedMarkRectImage, record.metrics.detectedMarkRectImage, 2);
+  expectMarkAt(2);
+  record.specify(roc_markRectImage, record.metrics.markRectImage, 1);
+  expectMarkAt(1);
+  EXPECT_EQ(*mark.pointToPel(1, 0), 0) << "inverted";
 }
 
 TEST(CharRecord, MarkRectBeyondTheImageOrBeyondAllPels) {
@@ -128,28 +89,6 @@ TEST(CharRecord, MarkRectBeyondTheImageOrBeyondAllPels) {
   record.metrics.markRect[0] = -2e9;
   record.metrics.markRect[2] = 4e9;  // the corners fit, their distance does not
   EXPECT_EQ(record.mark(mark), ROC_INTEGER_OVERFLOW);
-}
-
-TEST(CharRecord, CachedBinarizedImageIsTakenAsItIs) {
-  Record record;
-  ASSERT_EQ(record.normalized(row({0, 255}), 128), RSYS_SUCCESS);
-  record.specify(roc_markRect, record.metrics.markRect, 0.0);
-  const rz_Image cached(row({7, 8}));
-  rimg_imageConst_assign(&record.binarizedImage, cached);
-  record.binarizedCached = 1;
-  Image mark;
-  EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-  EXPECT_THAT(pelsOf(mark), ElementsAre(7));
-}
-
-TEST(CharRecord, NoNormalizedImageGivesAnUnboundMark) {
-  Record record;
-  record.hasThresholdAndInvert = 1;
-  record.threshold = 300;
-  record.specify(roc_markRect, record.metrics.markRect, 0.0);
-  Image mark = row({1});
-  EXPECT_EQ(record.mark(mark), RSYS_SUCCESS);
-  EXPECT_FALSE(mark.isBound());
 }
 
 TEST(CharRecord, NewNormalizedImageDropsWhatFollowedFromTheOldOne) {

@@ -15,24 +15,20 @@ using testing::ElementsAre;
 constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
 
-TEST(FixedRect, RoundsToTheNearestWithHalvesAwayFromZero) {
-  const double rect[4] = {0.5, -0.5, 2.49999, -1.5};
-  std::int32_t fixed[4];
-  ASSERT_EQ(roc_rect32FixedInitFromRectD_(fixed, 0, rect), RSYS_SUCCESS);
-  EXPECT_THAT(fixed, ElementsAre(1, -1, 2, -2));
-}
-
-TEST(FixedRect, RangeEndsAreReachedAndNotPassed) {
+TEST(FixedRect, HalvesGoAwayFromZeroAndRangeEndsAreReachedAndNotPassed) {
+  const double halves[4] = {0.5, -0.5, 2.49999, -1.5};
+  std::int32_t rounded[4];
+  ASSERT_EQ(roc_rect32FixedInitFromRectD_(rounded, 0, halves), RSYS_SUCCESS);
+  EXPECT_THAT(rounded, ElementsAre(1, -1, 2, -2));
   struct {
     double value;
     std::int32_t bits;
     bool fits;
   } const cases[] = {
-      {2147483647.0, 0, true},  {2147483647.49, 0, true},  {2147483647.5, 0, false},
-      {-2147483648.0, 0, true}, {-2147483648.5, 0, false}, {32767.9999, 16, true},
-      {32768.0, 16, false},     {1e300, -1000, true},      {1e-300, 1000, true},
-      {1.0, kHighest, false},   {1e300, kLowest, true},    {HUGE_VAL, kLowest, false},
-      {std::nan(""), 0, false}, {-1.0, kHighest, false},   {0.0, kHighest, true},
+      {2147483647.49, 0, true},   {2147483647.5, 0, false}, {-2147483648.0, 0, true},
+      {-2147483648.5, 0, false},  {32768.0, 16, false},     {1.0, kHighest, false},
+      {1e300, kLowest, true},     {0.0, kHighest, true},    {std::nan(""), 0, false},
+      {HUGE_VAL, kLowest, false},
   };
   for (const auto& c : cases) {
     const double rect[4] = {0.0, 0.0, 0.0, c.value};
@@ -48,12 +44,10 @@ TEST(FixedRect, RangeEndsAreReachedAndNotPassed) {
 TEST(FixedRect, ReverseRefusesWhatIsBeyondAllNumbers) {
   const std::int32_t fixed[4] = {1, -1, 0, kLowest};
   double rect[4] = {5.0, 6.0, 7.0, 8.0};
-  for (const std::int32_t bits : {-1023, -2000, kLowest}) {
+  for (const std::int32_t bits : {-1023, kLowest}) {
     EXPECT_EQ(roc_rectDInitFromRect32Fixed_(rect, fixed, bits), ROC_INTEGER_OVERFLOW) << bits;
     EXPECT_THAT(rect, ElementsAre(5.0, 6.0, 7.0, 8.0));
   }
-  EXPECT_EQ(roc_rectDInitFromRect32Fixed_(rect, fixed, kHighest), RSYS_SUCCESS);
-  EXPECT_THAT(rect, ElementsAre(0.0, 0.0, 0.0, 0.0));
 }
 
 TEST(FixedRect, EveryFixedRectSurvivesTheWayToRealNumbersAndBack) {
