@@ -18,20 +18,6 @@ Image part(Image image, const rzPelRect& rect) {
   return image;
 }
 
-TEST(CorrelationModel, VarianceIsExactAndLeavesExcludedPelsOut) {
-  rzPelBuffer<unsigned char> image(rzPelRect(5, 6, 3, 1), 32);
-  *image.pointToPel(5, 6) = 10;
-  *image.pointToPel(6, 6) = 12;
-  *image.pointToPel(7, 6) = 200;
-  rzPelBuffer<unsigned char> exclusion(rzPelRect(0, 0, 3, 1), 32);
-  *exclusion.pointToPel(2, 0) = 255;
-  const Model model(image, exclusion);
-  EXPECT_EQ(model.nCarePels(), 2);
-  EXPECT_EQ(model.variance(), 4.0);  // n squared times 1
-  EXPECT_EQ(model.sums().sum, 22);
-  EXPECT_EQ(Model(image).nCarePels(), 3);
-}
-
 TEST(CorrelationCore, MaskedCoreWithNothingExcludedGivesTheSumsOfTheUnmaskedOne) {
   const Image image = noise(rzPelRect(-3, 8, 21, 17), 7);
   const Image pattern = part(image, rzPelRect(2, 10, 12, 9));
@@ -67,28 +53,6 @@ TEST(CorrelationCore, PelsThatAreExcludedDoNotMatter) {
   const Model plain(pattern);
   const auto all = rf_correlate_core_get_func_point_no_mask_U8()(tables, plain, 3, 4);
   EXPECT_LT(rf_corr_score(all, plain.sums(), kSigned), 1000);
-}
-
-TEST(CorrelationScore, IsSignedRoundedAndZeroForAFlatSide) {
-  const rz_CorrelationModelSums ramp{3, 3, 5};  // 0 1 2
-  EXPECT_EQ(rf_corr_score({3, 5, 1}, ramp, kSigned), -1000);
-  EXPECT_EQ(rf_corr_score({6, 12, 6}, ramp, kSigned), 0);
-  EXPECT_EQ(rf_corr_score({3, 9, 6}, ramp, kSigned), 866);  // 0 0 3 against 0 1 2
-}
-
-TEST(CorrelationSpace, HoldsAPlaceForEachPositionOfTheModel) {
-  struct Case {
-    rzPelRect image;
-    rzPair<rzLong> model;
-    rzPelRect expected;
-  };
-  const Case cases[] = {
-      {{4, 5, 10, 8}, {6, 4}, {4, 5, 5, 5}},
-      {{4, 5, 10, 8}, {10, 8}, {4, 5, 1, 1}},
-      {{4, 5, 10, 8}, {11, 8}, {}},
-      {{4, 5, 10, 8}, {10, 9}, {}},
-  };
-  for (const Case& c : cases) EXPECT_EQ(rf_corr_alloc_space(c.image, c.model).window(), c.expected);
 }
 
 }  // namespace

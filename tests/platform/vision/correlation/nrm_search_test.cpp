@@ -76,20 +76,6 @@ TEST(NrmSearch, FindsTheLetterToATenthOfAPel) {
   }
 }
 
-TEST(NrmSearch, ContrastAndBrightnessDoNotChangeTheScore) {
-  const rzNrmSearchModel model = trained(letter(draw::letterK(), 13, 18, 26, 36));
-  const Image strong = letter(draw::letterK(), 30, 30, 60, 60);
-  std::array<unsigned char, 256> fainter;
-  for (std::size_t g = 0; g < 256; ++g) fainter[g] = static_cast<unsigned char>(60 + g / 2);
-  const auto before = search(model, strong);
-  const auto after = search(model, rfPelMap(strong, fainter));
-  ASSERT_EQ(before.size(), 1u);
-  ASSERT_EQ(after.size(), 1u);
-  EXPECT_EQ(before[0].score(), 1.0);
-  EXPECT_NEAR(after[0].score(), 1.0, 1e-3);  // halves are cut
-  EXPECT_TRUE(search(model, letter(draw::letterK(), 30, 30, 60, 60, 250)).empty());
-}
-
 TEST(NrmSearch, LocationIsWhereTheTemplatesClientOriginLands) {
   Image pattern = letter(draw::letterF(), 13, 18, 26, 36);
   pattern.offset(rzPair<rzLong>(100, 50));
@@ -168,33 +154,13 @@ TEST(NrmSearch, GivesTheBestOfEachPlaceFirstAndNoMoreThanAskedFor) {
   ASSERT_EQ(all.size(), 3u);
   EXPECT_NEAR(all[0].location().x(), 7, kSubPel);  // the darkest one suffers least from noise
   EXPECT_GE(all[0].score(), all[1].score());
-  EXPECT_GE(all[1].score(), all[2].score());
+  EXPECT_GT(all[1].score(), all[2].score());
+  const auto some = search(model, picture, 0.5 * (all[1].score() + all[2].score()));
+  ASSERT_EQ(some.size(), 2u) << "what is accepted is scored as if everything were";
+  EXPECT_EQ(some[1].score(), all[1].score());
+  EXPECT_EQ(some[1].location(), all[1].location());
   EXPECT_EQ(search(model, picture, 0.3, kAnywhere, 1).size(), 1u);
   EXPECT_EQ(search(model, picture, 0.3, kAnywhere, 0).size(), 0u);
-}
-
-TEST(NrmSearch, WhatIsAcceptedIsFoundThereAndScoredAsIfEverythingWere) {
-  const draw::Shape letters[] = {draw::letterF(), draw::letterR(), draw::letterK(),
-                                 draw::letterA(), draw::letterZ(), draw::letterO()};
-  rzPelBuffer<unsigned char> picture = noise(rzPelRect(0, 0, 190, 60), 3, 170, 220);
-  double x = 20.0;
-  for (const draw::Shape& shape : letters) {
-    draw::fill(picture, shape, rzXform<2>(rzMatrix<2>(), rzVector<2>(x, 30.0)));
-    x += 29.6;
-  }
-  for (const draw::Shape& shape : letters) {
-    const rzNrmSearchModel model = trained(letter(shape, 13, 18, 26, 36));
-    const auto all = search(model, picture, 0.0);
-    for (const double accept : {0.01, 0.2, 0.5, 0.9}) {
-      const auto some = search(model, picture, accept);
-      for (std::size_t k = 0; k < some.size(); ++k) {
-        EXPECT_EQ(some[k].score(), all[k].score());
-        EXPECT_EQ(some[k].location(), all[k].location());
-      }
-      EXPECT_GE(some.size(), accept < 0.5 ? 1u : 0u);
-      EXPECT_LT(all[some.size()].score(), accept);
-    }
-  }
 }
 
 TEST(NrmSearch, RectangleRestrictsTheTemplatesCorner) {
@@ -213,23 +179,15 @@ TEST(NrmSearch, RectangleRestrictsTheTemplatesCorner) {
 }
 
 TEST(NrmSearch, NothingIsFoundWhereNothingCanBe) {
-  const rzNrmSearchModel model = trained(letter(draw::letterR(), 13, 18, 26, 36));
-  EXPECT_TRUE(search(model, draw::paper(60, 70), 0.01).empty());  // flat
-  EXPECT_TRUE(search(model, noise(rzPelRect(0, 0, 60, 70), 5), 0.01).empty());
-  EXPECT_TRUE(search(model, letter(draw::letterR(), 12, 18, 25, 36), 0.0).empty());  // too narrow
-  EXPECT_TRUE(search(model, letter(draw::letterR(), 13, 17, 26, 35), 0.0).empty());  // too low
-  EXPECT_TRUE(search(rzNrmSearchModel(), draw::paper(60, 70), 0.0).empty());
-}
-
-TEST(NrmSearch, RefusesAFlatTemplateAndKeepsTheOneBefore) {
   rzNrmSearchModel model = trained(letter(draw::letterR(), 13, 18, 26, 36));
   EXPECT_THROW(model.train(draw::paper(20, 20), rzNrmSearchTrainParams(), nullptr, 0),
                rzNrmSearchDefs::Errors);
-  EXPECT_EQ(search(model, letter(draw::letterR(), 13, 18, 26, 36)).size(), 1u);
-}
-
-TEST(NrmSearch, StopsWhenAskedTo) {
-  const rzNrmSearchModel model = trained(letter(draw::letterR(), 13, 18, 26, 36));
+  EXPECT_EQ(search(model, letter(draw::letterR(), 13, 18, 26, 36)).size(), 1u) << "still trained";
+  EXPECT_TRUE(search(model, draw::paper(60, 70), 0.01).empty());                     // flat
+  EXPECT_TRUE(search(model, letter(draw::letterR(), 30, 30, 60, 60, 250)).empty());  // brighter
+  EXPECT_TRUE(search(model, letter(draw::letterR(), 12, 18, 25, 36), 0.0).empty());  // too narrow
+  EXPECT_TRUE(search(model, letter(draw::letterR(), 13, 17, 26, 35), 0.0).empty());  // too low
+  EXPECT_TRUE(search(rzNrmSearchModel(), draw::paper(60, 70), 0.0).empty());
   const rzTimeoutScope noTime(0.0);
   EXPECT_THROW(search(model, draw::paper(60, 70)), rzTimeout::Expired);
 }
