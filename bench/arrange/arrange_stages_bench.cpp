@@ -21,7 +21,7 @@
 #include "oc/arrange/search_characters.h"
 #include "oc/arrange/search_paths.h"
 #include "oc/oc.h"
-#include "scene.h"
+#include "tests/support/print/scene.h"
 
 namespace {
 

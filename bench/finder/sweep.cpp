@@ -14,31 +14,25 @@
 #include <string>
 #include <vector>
 
-#include "bench/finder/scene.h"
 #include "platform/vision/finder/cpu_variants.h"
 #include "rz/angle.h"
 #include "rz/attention.h"
 #include "rz/cx_align.h"
 #include "rz/timeout.h"
+#include "tests/support/print/trials.h"
 
 namespace {
 
-using scene::Canvas;
 using scene::Font;
+using scene::kCapitals;
+using scene::kContained;
+using scene::kHeight;
+using scene::kWidth;
 using scene::Look;
-using scene::Placement;
-
-constexpr int kWidth = 640;
-constexpr int kHeight = 480;
-constexpr double kContained = 0.94;  // share of ink from which a glyph counts as part of another
-const std::u32string kCapitals = U"ABCDEFGHJKLMNOPQRSTUVWXYZ0123456789";
-const std::u32string kMixed = U"ABDEGHKNRSTabdefghkmnpqrstuwxyz234579";
-
-Canvas emptyCanvas(int width, int height) {
-  Canvas canvas{width, height, {}};
-  canvas.ink.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0.0F);
-  return canvas;
-}
+using scene::name;
+using scene::Picture;
+using scene::searchParams;
+using scene::Trained;
 
 double seconds() {
   timespec t;
@@ -46,294 +40,32 @@ double seconds() {
   return static_cast<double>(t.tv_sec) + 1e-9 * static_cast<double>(t.tv_nsec);
 }
 
-rzPelBuffer<unsigned char> doubled(const rzPelBuffer_const<unsigned char>& image) {
-  rzPelBuffer<unsigned char> out(rzPelRect(0, 0, 2 * image.width(), 2 * image.height()), 32);
-  for (int y = 0; y < out.height(); ++y) {
-    for (int x = 0; x < out.width(); ++x) {
-      const double u = std::clamp((x + 0.5) / 2 - 0.5, 0.0, image.width() - 1.0);
-      const double v = std::clamp((y + 0.5) / 2 - 0.5, 0.0, image.height() - 1.0);
-      const int i = std::min(static_cast<int>(u), image.width() - 2);
-      const int j = std::min(static_cast<int>(v), image.height() - 2);
-      const double a = u - i, b = v - j;
-      const auto at = [&](int p, int q) { return static_cast<double>(*image.pointToPel(p, q)); };
-      *out.pointToPel(x, y) = static_cast<unsigned char>(
-          std::floor((1 - b) * ((1 - a) * at(i, j) + a * at(i + 1, j)) +
-                     b * ((1 - a) * at(i, j + 1) + a * at(i + 1, j + 1)) + 0.5));
-    }
-  }
-  out.clientFromImageXform(rzXform<2>(rzMatrix<2>(0.5, 0, 0, 0.5), rzVector<2>(0, 0)));
-  return out;
-}
-
-struct Trained {
-  char32_t code;
-  rzVector<2> origin;
-  rzVector<2> centre;  // of the ink box, client
-  double height;
-  double width;
-  rzPelBuffer<unsigned char> image;
-  rzCXAlignPattern pattern;
-};
-
-Trained trainGlyph(const Font& font, char32_t code, double blur) {
-  Trained t;
-  t.code = code;
-  t.image = scene::trainingImage(font, code, blur, t.origin);
-  const scene::InkBox box = font.inkBox(code);
-  t.centre = t.origin + rzVector<2>((box.left + box.right) / 2, (box.top + box.bottom) / 2);
-  t.height = box.bottom - box.top;
-  t.width = box.right - box.left;
-  if (t.image.width() < 15 || t.image.height() < 15) t.image = doubled(t.image);
-  t.pattern.train(t.image, 3);
-  return t;
-}
-
-rzCXAlignRunParams searchParams(double accept, int count) {
-  rzCXAlignRunParams params;
-  params.acceptThreshold(accept);
-  params.zoneEnable(3);
-  params.zone(rz_CXDefs::eAngle, -179.0, 180.0);
-  params.zone(rz_CXDefs::eScale, 0.9, 1.1);
-  params.xyOverlap(0.2);
-  params.numToFind(count);
-  return params;
-}
-
-rzXform<2> truthOf(const Trained& t, const Placement& place) {
-  const rzXform<2> turn(rzVector<2>(place.x, place.y), place.scale, 1.0, rzRadian(0.0),
-                        rzRadian(rzDegree(place.degrees)));
-  return turn * rzXform<2>(rzMatrix<2>(), -t.origin);
-}
-
-struct Tally {
-  int trials = 0;
-  int found = 0;  // in the right place
-  int exact = 0;  // within 0.25 pel and 0.5 degree
-  int below7 = 0;
-  int below8 = 0;
-  int falseOnes = 0;  // at 0.7 and elsewhere
-  int ontoOther = 0;
-  double sumPlace = 0, sumAngle = 0, sumScale = 0, sumScore = 0;
-  std::vector<double> scores;
-  std::map<char32_t, int> missed;
-  std::map<std::string, int> confusions;
-};
-
-// A picture with one of each of `codes` at random poses, apart from one another.
-struct Picture {
-  Canvas canvas;
-  rzPelBuffer<unsigned char> image;
-  std::vector<std::pair<char32_t, Placement>> glyphs;
-};
-
-// Takes the share `share` of the ink within `radius` of (x, y) away, from one side.
-void cover(Canvas& canvas, double x, double y, double radius, double degrees, double share) {
-  const rzVector<2> side(1.0, rzDegree(degrees));
-  std::vector<std::pair<double, std::size_t>> pels;
-  double all = 0.0;
-  for (std::size_t i = 0; i < canvas.ink.size(); ++i) {
-    const rzVector<2> d(static_cast<double>(i % static_cast<std::size_t>(canvas.width)) - x,
-                        static_cast<double>(i / static_cast<std::size_t>(canvas.width)) - y);
-    if (canvas.ink[i] <= 0.0F || d.len() > radius) continue;
-    pels.emplace_back(d.dot(side), i);
-    all += static_cast<double>(canvas.ink[i]);
-  }
-  std::sort(pels.begin(), pels.end());
-  double gone = 0.0;
-  for (const auto& [along, i] : pels) {
-    if (gone >= share * all) break;
-    gone += static_cast<double>(canvas.ink[i]);
-    canvas.ink[i] = 0.0F;
-  }
-}
-
-Picture makePicture(const Font& font, const std::u32string& codes, const Look& look,
-                    std::mt19937& random, int width = kWidth, int height = kHeight,
-                    double covered = 0.0) {
-  Canvas canvas = emptyCanvas(width, height);
-  Picture picture;
-  struct Disk {
-    double x, y, r;
-  };
-  std::vector<Disk> disks;
-  std::uniform_real_distribution<double> unit(0.0, 1.0);
-  for (const char32_t code : codes) {
-    const scene::InkBox box = font.inkBox(code);
-    Placement place;
-    place.degrees = 360.0 * unit(random) - 180.0;
-    place.scale = 0.9 + 0.2 * unit(random);
-    const double r =
-        0.5 * place.scale * std::hypot(box.right - box.left, box.bottom - box.top) + 1.5;
-    for (int attempt = 0; attempt < 200; ++attempt) {
-      const double x = r + 3 + (width - 2 * r - 6) * unit(random);
-      const double y = r + 3 + (height - 2 * r - 6) * unit(random);
-      const bool isFree = std::none_of(disks.begin(), disks.end(), [&](const Disk& d) {
-        return std::hypot(d.x - x, d.y - y) < d.r + r;
-      });
-      if (!isFree) continue;
-      disks.push_back({x, y, r});
-      const rzXform<2> turn(rzVector<2>(), place.scale, 1.0, rzRadian(0.0),
-                            rzRadian(rzDegree(place.degrees)));
-      const rzVector<2> middle((box.left + box.right) / 2, (box.top + box.bottom) / 2);
-      const rzVector<2> origin = rzVector<2>(x, y) - turn * middle;
-      place.x = origin.x();
-      place.y = origin.y();
-      font.draw(code, place, canvas);
-      if (covered > 0.0) cover(canvas, x, y, r, 360.0 * unit(random), covered);
-      picture.glyphs.emplace_back(code, place);
-      break;
-    }
-  }
-  picture.image = scene::photograph(canvas, look, random);
-  picture.canvas = canvas;
-  return picture;
-}
-
-std::string name(char32_t code) { return std::string(1, static_cast<char>(code)); }
-
-// Looks the same, or nearly so, after half a turn.
-bool isHalfTurned(char32_t code) {
-  return std::u32string(U"HINOSXZ08sxzo").find(code) != std::u32string::npos;
-}
-
-// The share of the trained glyph's ink, where it was found, that is ink of the picture as well.
-double containedShare(const Font& font, const Trained& t, const rzCXAlignResult& result,
-                      const Canvas& shown) {
-  Canvas own = emptyCanvas(shown.width, shown.height);
-  const rzVector<2> origin = result.pose() * t.origin;
-  const double degrees = rzDegree(result.pose().xRot()).toDouble();
-  font.draw(t.code, {origin.x(), origin.y(), degrees, result.xScale()}, own);
-  double all = 0.0;
-  double common = 0.0;
-  for (std::size_t i = 0; i < own.ink.size(); ++i) {
-    all += static_cast<double>(own.ink[i]);
-    common += static_cast<double>(std::min(own.ink[i], shown.ink[i]));
-  }
-  return common / all;
-}
-
-void judge(const Font& font, const Trained& t, const Placement& place,
-           const std::vector<rzCXAlignResult>& results, const Picture& picture, Tally& tally,
-           bool verbose) {
-  const rzXform<2> truth = truthOf(t, place);
-  const rzVector<2> at = truth * t.centre;
-  ++tally.trials;
-  const rzCXAlignResult* right = nullptr;
-  for (const rzCXAlignResult& r : results) {
-    const double away = (r.pose() * t.centre - at).len();
-    if (away < 0.25 * t.height) {
-      if (!right) right = &r;
-      continue;
-    }
-    if (r.score() < 0.7) continue;
-    if (containedShare(font, t, r, picture.canvas) > kContained) continue;
-    ++tally.falseOnes;
-    for (const auto& [code, other] : picture.glyphs) {
-      const rzVector<2> d = r.pose() * t.centre - rzVector<2>(other.x, other.y);
-      if (d.len() < 1.3 * t.height) {
-        ++tally.confusions[name(t.code) + "<" + name(code)];
-        break;
-      }
-    }
-  }
-  if (!right) {
-    if (verbose) {
-      std::printf("  %s: missed at %.1f %.1f, %.1f degrees, scale %.3f\n", name(t.code).c_str(),
-                  at.x(), at.y(), place.degrees, place.scale);
-      for (const rzCXAlignResult& r : results) {
-        const rzVector<2> p = r.pose() * t.centre;
-        std::printf("      %.1f %.1f score %.3f\n", p.x(), p.y(), r.score());
-      }
-    }
-    ++tally.missed[t.code];
-    ++tally.below7;
-    ++tally.below8;
-    tally.scores.push_back(0);
-    return;
-  }
-  ++tally.found;
-  const double dPlace = (right->pose() * t.centre - at).len();
-  double dAngle = (right->pose().xRot() - truth.xRot()).toDouble() * 180.0 / 3.14159265358979323846;
-  dAngle = std::remainder(dAngle, isHalfTurned(t.code) ? 180.0 : 360.0);
-  if (t.code == U'O') dAngle = 0.0;  // nearly a circle in most faces
-  const double dScale = right->xScale() / place.scale - 1.0;
-  const bool isExact = dPlace <= 0.25 && std::abs(dAngle) <= 0.5;
-  tally.scores.push_back(right->score());
-  if (right->score() < 0.7) ++tally.below7;
-  if (right->score() < 0.8) ++tally.below8;
-  if (isExact) ++tally.exact;
-  if (!isExact || right->score() < 0.8) {
-    ++tally.missed[t.code];
-    if (verbose) {
-      std::printf("  %s: place %.2f angle %.2f scale %.3f score %.3f\n", name(t.code).c_str(),
-                  dPlace, dAngle, dScale, right->score());
-    }
-  }
-  if (dPlace < 1.0 && std::abs(dAngle) < 5.0) {
-    tally.sumPlace += dPlace * dPlace;
-    tally.sumAngle += dAngle * dAngle;
-    tally.sumScale += dScale * dScale;
-    tally.sumScore += 1;
-  }
-}
-
-struct Setting {
-  const char* name;
-  double height;
-  Look look;
-  double covered = 0.0;
-};
-
 bool verbose = false;
 double trainBlur = 0.0;
 
-void runFind(const std::string& file, const Setting& setting, int pictures,
+void printCounts(const scene::Tally& tally) {
+  for (const auto& [code, count] : tally.missed) {
+    std::printf(" %s%d", scene::name(code).c_str(), count);
+  }
+  for (const auto& [pair, count] : tally.confusions) std::printf(" [%s %d]", pair.c_str(), count);
+  if (false)
+    for (const double score : tally.falseScores) std::printf(" %.2f", score);
+  std::printf("\n");
+}
+
+void runFind(const std::string& file, const char* title, double height, scene::Trials trials,
              const std::u32string& alphabet) {
-  const Font font(file, Font::sizeForCapHeight(file, setting.height));
-  std::vector<Trained> trained;
-  for (const char32_t code : alphabet) trained.push_back(trainGlyph(font, code, trainBlur));
-  std::mt19937 random(4711);
-  Tally tally;
-  double time = 0.0;
-  int runs = 0;
-  for (int p = 0; p < pictures; ++p) {
-    std::u32string codes = alphabet;
-    std::shuffle(codes.begin(), codes.end(), random);
-    codes.resize(std::min<std::size_t>(31, codes.size()));
-    const Picture picture =
-        makePicture(font, codes, setting.look, random, kWidth, kHeight, setting.covered);
-    const rzCXAlignRunParams params = searchParams(0.4, 3);
-    for (std::size_t k = 0; k < std::min<std::size_t>(8, picture.glyphs.size()); ++k) {
-      const auto& [code, place] = picture.glyphs[k];
-      const char32_t wanted = code;
-      const auto t = std::find_if(trained.begin(), trained.end(),
-                                  [&](const Trained& x) { return x.code == wanted; });
-      rzCXAlignResultSet set;
-      const double before = seconds();
-      t->pattern.run(picture.image, params, set);
-      if (k > 0) {
-        time += seconds() - before;
-        ++runs;
-      }
-      judge(font, *t, place, set.results(), picture, tally, verbose);
-    }
-  }
-  std::sort(tally.scores.begin(), tally.scores.end());
-  const double n = tally.trials;
-  const double m = std::max(1.0, tally.sumScore);
+  const Font font(file, Font::sizeForCapHeight(file, height));
+  trials.trainBlur = trainBlur;
+  scene::Tally tally = scene::runTrials(font, alphabet, trials);
   std::printf(
-      "%-26s h%3.0f n%4d found %6.2f%% exact %6.2f%% <.7 %5.2f%% <.8 %5.2f%% p5 %.3f med %.3f "
-      "false %.3f/run place %.3f angle %.3f scale %.2f%% %.2f ms\n",
-      setting.name, setting.height, tally.trials, 100 * tally.found / n, 100 * tally.exact / n,
-      100 * tally.below7 / n, 100 * tally.below8 / n, tally.scores[tally.scores.size() / 20],
-      tally.scores[tally.scores.size() / 2], tally.falseOnes / n, std::sqrt(tally.sumPlace / m),
-      std::sqrt(tally.sumAngle / m), 100 * std::sqrt(tally.sumScale / m), 1e3 * time / runs);
-  std::string line;
-  for (const auto& [code, count] : tally.missed) line += " " + name(code) + std::to_string(count);
-  for (const auto& [pair, count] : tally.confusions) {
-    line += " [" + pair + " " + std::to_string(count) + "]";
-  }
-  if (!line.empty()) std::printf("    %s\n", line.c_str());
+      "%-18s h%3.0f n%4d found %6.2f%% exact %6.2f%% <.7 %5.2f%% <.8 %5.2f%% p1 %.3f p5 %.3f "
+      "median %.3f false %.3f place %.3f angle %.3f scale %.2f%%\n",
+      title, height, tally.trials, 100 * tally.share(tally.found), 100 * tally.share(tally.exact),
+      100 * tally.share(tally.below7), 100 * tally.share(tally.below8), tally.score(0.01),
+      tally.score(0.05), tally.score(0.5), tally.share(tally.falseOnes), tally.placeRms(),
+      tally.angleRms(), 100 * tally.scaleRms());
+  if (verbose) printCounts(tally);
   std::fflush(stdout);
 }
 
@@ -473,7 +205,7 @@ void runLimits(const std::string& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  int pictures = 12;
+  int pictures = 40;
   std::string file = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
   std::string what = "all";
   double height = 0;
@@ -488,32 +220,30 @@ int main(int argc, char** argv) {
     if (arg == "--mixed") mixed = true;
     if (arg == "-v") verbose = true;
   }
-  const std::u32string& alphabet = mixed ? kMixed : kCapitals;
-  const Look plain;
+  const std::u32string& alphabet = mixed ? scene::kMixed : kCapitals;
+  scene::Trials plain;
+  plain.pictures = pictures;
   if (what == "all" || what == "find") {
     for (const double h : {11.0, 13.0, 15.0, 20.0, 28.0, 40.0, 60.0}) {
       if (height > 0 && h != height) continue;
-      runFind(file, {"plain", h, plain}, pictures, alphabet);
+      runFind(file, "plain", h, plain, alphabet);
     }
   }
   if (what == "all" || what == "looks") {
     const double h = height > 0 ? height : 28;
-    Look look;
-    look.noise = 0;
-    runFind(file, {"no noise", h, look}, pictures, alphabet);
-    look = plain;
-    look.noise = 8;
-    runFind(file, {"noise 8", h, look}, pictures, alphabet);
-    runFind(file, {"a quarter covered", h, plain, 0.25}, pictures, alphabet);
-    look = plain;
-    look.blur = 1.4;
-    runFind(file, {"blur 1.4", h, look}, pictures, alphabet);
-    look = plain;
-    look.ink = 110;
-    look.paper = 130;
-    look.noise = 3;
-    look.ramp = 10;
-    runFind(file, {"contrast 20", h, look}, pictures, alphabet);
+    scene::Trials trials = plain;
+    trials.look.noise = 0;
+    runFind(file, "no noise", h, trials, alphabet);
+    trials.look.noise = 8;
+    runFind(file, "noise 8", h, trials, alphabet);
+    trials = plain;
+    trials.covered = 0.25;
+    runFind(file, "a quarter covered", h, trials, alphabet);
+    trials = plain;
+    trials.look.blur = 1.4;
+    runFind(file, "blur 1.4", h, trials, alphabet);
+    trials.look = {110.0, 130.0, 0.7, 3.0, 10.0};
+    runFind(file, "contrast 20", h, trials, alphabet);
   }
   if (what == "all" || what == "pairs") {
     for (const double h : {15.0, 28.0, 50.0}) {

@@ -13,7 +13,7 @@
 #include "oc/alphabet.h"
 #include "oc/refine_arrangement.h"
 #include "rz/rect.h"
-#include "scene.h"
+#include "tests/support/print/scene.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 
 #include "oc/oc.h"
 #include "rz/cx_align.h"
-#include "scene.h"
+#include "tests/support/print/scene.h"
 
 namespace {
 

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <numbers>
+#include <vector>
 
 #include "platform/vision/finder/cpu_variants.h"
 #include "platform/vision/finder/picture_features.h"
@@ -12,26 +16,21 @@ namespace finder {
 namespace {
 
 constexpr int kUnit = 181;  // length of a unit vector in 16-bit integers; twice its square fits
-constexpr int kRowsPerLook = 128;  // between two looks at the attention
-constexpr int kSpread = 2;         // pels by which a gradient may be displaced
+constexpr int kRowsPerLook = 16;  // between two looks at the attention
+constexpr int kSpread = 2;        // pels by which a gradient may be displaced
 // Responses to the angle between two directions fall from the best to none between these.
 constexpr double kBestWithin = 18.0;
 constexpr double kNoneBeyond = 62.0;
 
 double cosOfDegrees(double degrees) { return std::cos(degrees * std::numbers::pi / 180.0); }
 
-// Unit vectors of the gradients that are strong enough and ridges across their direction; null
-// vectors elsewhere.
-struct UnitVectors {
-  std::unique_ptr<std::int16_t[]> x;
-  std::unique_ptr<std::int16_t[]> y;
-};
-
 RZ_ALWAYS_INLINE void squaredSizes(const Gradient* row, int width, std::int32_t* out) {
   for (int x = 0; x < width; ++x) out[x] = row[x].x() * row[x].x() + row[x].y() * row[x].y();
 }
 
-// `size` holds the squared sizes of this row and its neighbours, readable one beyond both ends.
+// Unit vectors of the gradients that are strong enough and ridges across their direction; null
+// vectors elsewhere. `size` holds the squared sizes of this row and its neighbours, readable one
+// beyond both ends.
 RZ_ALWAYS_INLINE void unitVectors(const Gradient* row, const std::int32_t* above,
                                   const std::int32_t* size, const std::int32_t* below, int width,
                                   std::int32_t floor, std::int16_t* unitX, std::int16_t* unitY) {
@@ -62,102 +61,6 @@ RZ_ALWAYS_INLINE void unitVectors(const Gradient* row, const std::int32_t* above
   }
 }
 
-// The response of one row of unit vectors to a direction.
-RZ_ALWAYS_INLINE void respond(const std::int16_t* unitX, const std::int16_t* unitY, int width,
-                              std::int16_t nx, std::int16_t ny, std::int16_t none,
-                              std::int16_t step, std::uint8_t* out) {
-  for (int x = 0; x < width; ++x) {
-    const auto agreement = static_cast<std::int16_t>(unitX[x] * nx + unitY[x] * ny);
-    std::uint8_t response = 0;
-    for (int k = 0; k < kBestResponse; ++k) {
-      response = static_cast<std::uint8_t>(
-          response + (agreement > static_cast<std::int16_t>(none + k * step) ? 1 : 0));
-    }
-    out[x] = response;
-  }
-}
-
-// The greatest of three neighbours in a row; readable one beyond both ends.
-RZ_ALWAYS_INLINE void widen(const std::uint8_t* in, int width, std::uint8_t* out) {
-  for (int x = 0; x < width; ++x) out[x] = std::max(in[x], std::max(in[x - 1], in[x + 1]));
-}
-
-RZ_ALWAYS_INLINE void greatest(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c,
-                               int width, std::uint8_t* out) {
-  for (int x = 0; x < width; ++x) out[x] = std::max(a[x], std::max(b[x], c[x]));
-}
-
-RZ_ALWAYS_INLINE void joinFar(const std::uint8_t* near, const std::uint8_t* far, int width,
-                              std::uint8_t* out) {
-  for (int x = 0; x < width; ++x) {
-    const auto less = static_cast<std::uint8_t>(far[x] - (far[x] > 0 ? 1 : 0));
-    out[x] = std::max(near[x], less);
-  }
-}
-
-RZ_ALWAYS_INLINE void split(const std::uint8_t* in, int width, std::uint8_t* even,
-                            std::uint8_t* odd) {
-  for (int x = 0; x < width / 2; ++x) {
-    even[x] = in[2 * x];
-    odd[x] = in[2 * x + 1];
-  }
-  if (width % 2 != 0) even[width / 2] = in[width - 1];
-}
-
-// What the spreading of one direction works on.
-struct DirectionJob {
-  const std::int16_t* unitX;
-  const std::int16_t* unitY;
-  int width;
-  int height;
-  std::int16_t nx;  // the direction, of length kUnit
-  std::int16_t ny;
-  std::int16_t none;  // agreement up to which there is no response
-  std::int16_t step;  // and from one response to the next
-  std::uint8_t* scratch;
-  std::uint8_t* planes[4];
-  std::ptrdiff_t columns;  // of a plane
-};
-
-constexpr int kRing = 8;  // rows that are kept of each kind
-constexpr int kScratchRows = 3 * kRing + 3;
-
-// The rows from `begin` to `end` of the planes of one direction: responses, spread over their
-// neighbourhood, written where they belong.
-RZ_ALWAYS_INLINE void spreadRows(const DirectionJob& job, int begin, int end) {
-  const int width = job.width;
-  // Rings of rows with two empty elements on both sides. A row that lies outside is empty.
-  const std::ptrdiff_t pitch = width + 2 * kSpread;
-  std::uint8_t* const base = job.scratch + kSpread;
-  const auto ring = [base, pitch](int which, int y) {
-    return base + (which * kRing + (y & (kRing - 1))) * pitch;
-  };
-  constexpr int kRaw = 0, kNearX = 1, kFarX = 2;
-  std::uint8_t* const near = base + 3 * kRing * pitch;
-  std::uint8_t* const far = near + pitch;
-  std::uint8_t* const both = far + pitch;
-  for (int y = begin - kSpread; y < end + kSpread; ++y) {
-    if (y >= 0 && y < job.height) {
-      const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(y) * width;
-      respond(job.unitX + at, job.unitY + at, width, job.nx, job.ny, job.none, job.step,
-              ring(kRaw, y));
-    } else {
-      std::fill_n(ring(kRaw, y), width, std::uint8_t{0});
-    }
-    widen(ring(kRaw, y), width, ring(kNearX, y));
-    widen(ring(kNearX, y), width, ring(kFarX, y));
-    const int out = y - kSpread;
-    if (out < begin) continue;
-    greatest(ring(kNearX, out - 1), ring(kNearX, out), ring(kNearX, out + 1), width, near);
-    greatest(ring(kFarX, out - 1), ring(kFarX, out), ring(kFarX, out + 1), width, far);
-    greatest(ring(kFarX, out - 2), far, ring(kFarX, out + 2), width, both);
-    joinFar(near, both, width, both);
-    const int phase = (out & 1) * 2;
-    split(both, width, job.planes[phase] + (out >> 1) * job.columns,
-          job.planes[phase + 1] + (out >> 1) * job.columns);
-  }
-}
-
 RZ_CPU_VARIANTS(squaredSizes, (const Gradient* row, int width, std::int32_t* out),
                 (row, width, out))
 RZ_CPU_VARIANTS(unitVectors,
@@ -165,21 +68,139 @@ RZ_CPU_VARIANTS(unitVectors,
                  const std::int32_t* below, int width, std::int32_t floor, std::int16_t* unitX,
                  std::int16_t* unitY),
                 (row, above, size, below, width, floor, unitX, unitY))
-RZ_CPU_VARIANTS(spreadRows, (const DirectionJob& job, int begin, int end), (job, begin, end))
 
 std::size_t sizeOf(int a, int b) {
   return static_cast<std::size_t>(a) * static_cast<std::size_t>(b);
 }
 
-// Unit vectors of the whole picture, x and y apart.
-UnitVectors unitVectorsOf(const GradientMap& gradients, double contrast) {
+// How strongly a unit vector responds to each direction.
+class Responder {
+ public:
+  Responder() {
+    constexpr double kSquare = double{kUnit} * kUnit;
+    const double none = kSquare * cosOfDegrees(kNoneBeyond);
+    none_ = static_cast<int>(none);
+    step_ = static_cast<int>((kSquare * cosOfDegrees(kBestWithin) - none) / (kBestResponse - 1));
+    for (std::size_t d = 0; d < kHalfTurn; ++d) {
+      const double angle = 2.0 * std::numbers::pi * static_cast<double>(d) / kDirections;
+      normals_[d] = {static_cast<int>(std::lround(kUnit * std::cos(angle))),
+                     static_cast<int>(std::lround(kUnit * std::sin(angle)))};
+    }
+  }
+
+  void respond(int x, int y, std::array<std::uint8_t, kDirections>& responses) const {
+    for (std::size_t d = 0; d < kHalfTurn; ++d) {
+      const int agreement = x * normals_[d].x + y * normals_[d].y;
+      responses[d] = response_(agreement);
+      responses[d + kHalfTurn] = response_(-agreement);
+    }
+  }
+
+ private:
+  static constexpr std::size_t kHalfTurn = kDirections / 2;
+  struct Normal {
+    int x;
+    int y;
+  };
+
+  std::uint8_t response_(int agreement) const {
+    int response = 0;
+    for (int k = 0; k < kBestResponse; ++k) response += agreement > none_ + k * step_ ? 1 : 0;
+    return static_cast<std::uint8_t>(response);
+  }
+
+  int none_;
+  int step_;
+  std::array<Normal, kHalfTurn> normals_;
+};
+
+// Puts the responses of single pels into the maps, spread over their neighbourhood: whole up to a
+// pel away, one less up to kSpread pels away. Of several the greatest stays. Only the few pels that
+// are edges are touched, whatever the size of the picture.
+class Spreader {
+ public:
+  explicit Spreader(ResponseMaps& maps, int width, int height)
+      : maps_(maps), width_(width), height_(height) {
+    // From a pel's own element to its neighbours', by the remainders of its coordinates.
+    for (int phase = 0; phase < 4; ++phase) {
+      const int x = phase & 1;
+      const int y = phase >> 1;
+      std::size_t nearCount = 0;
+      std::size_t farCount = 0;
+      for (int dy = -kSpread; dy <= kSpread; ++dy) {
+        for (int dx = -kSpread; dx <= kSpread; ++dx) {
+          const std::ptrdiff_t step = maps.indexOf(x + dx, y + dy) - maps.indexOf(x, y);
+          const bool isNear = std::max(std::abs(dx), std::abs(dy)) <= 1;
+          Steps& steps = steps_[static_cast<std::size_t>(phase)];
+          (isNear ? steps.near[nearCount++] : steps.far[farCount++]) = step;
+        }
+      }
+    }
+  }
+
+  void spread(int x, int y, std::uint8_t response, std::uint8_t* map) const {
+    const bool isInside =
+        x >= kSpread && y >= kSpread && x < width_ - kSpread && y < height_ - kSpread;
+    if (!isInside) return spreadAtRim_(x, y, response, map);
+    const Steps& steps = steps_[static_cast<std::size_t>((y & 1) * 2 + (x & 1))];
+    std::uint8_t* at = map + maps_.indexOf(x, y);
+    for (const std::ptrdiff_t step : steps.near) at[step] = std::max(at[step], response);
+    if (response <= 1) return;
+    const auto less = static_cast<std::uint8_t>(response - 1);
+    for (const std::ptrdiff_t step : steps.far) at[step] = std::max(at[step], less);
+  }
+
+ private:
+  struct Steps {
+    std::array<std::ptrdiff_t, 9> near;
+    std::array<std::ptrdiff_t, 16> far;
+  };
+
+  void spreadAtRim_(int x, int y, std::uint8_t response, std::uint8_t* map) const {
+    for (int v = std::max(0, y - kSpread); v <= std::min(height_ - 1, y + kSpread); ++v) {
+      for (int u = std::max(0, x - kSpread); u <= std::min(width_ - 1, x + kSpread); ++u) {
+        const bool isNear = std::max(std::abs(u - x), std::abs(v - y)) <= 1;
+        std::uint8_t& at = map[maps_.indexOf(u, v)];
+        at = std::max(at, static_cast<std::uint8_t>(response - (isNear ? 0 : 1)));
+      }
+    }
+  }
+
+  const ResponseMaps& maps_;
+  int width_;
+  int height_;
+  std::array<Steps, 4> steps_;
+};
+
+// Calls `use(x, unitX, unitY)` for the pels of one row that are edges.
+template <class Use>
+void forEachEdge(const std::int16_t* unitX, const std::int16_t* unitY, int width, Use use) {
+  constexpr int kAtOnce = 4;
+  int x = 0;
+  for (; x + kAtOnce <= width; x += kAtOnce) {
+    std::uint64_t ofX;
+    std::uint64_t ofY;
+    std::memcpy(&ofX, unitX + x, sizeof ofX);
+    std::memcpy(&ofY, unitY + x, sizeof ofY);
+    if ((ofX | ofY) == 0) continue;
+    for (int k = x; k < x + kAtOnce; ++k) {
+      if (unitX[k] != 0 || unitY[k] != 0) use(k, unitX[k], unitY[k]);
+    }
+  }
+  for (; x < width; ++x) {
+    if (unitX[x] != 0 || unitY[x] != 0) use(x, unitX[x], unitY[x]);
+  }
+}
+
+// Calls `use(x, y, unitX, unitY)` for all pels that are edges.
+template <class Use>
+void forAllEdges(const GradientMap& gradients, double contrast, Use use) {
   const int width = gradients.width;
   const int height = gradients.height;
   const double least = contrast * kGradientOfStep;
   const auto floor = static_cast<std::int32_t>(std::clamp(least * least, 1.0, 1e9));
-  const std::size_t size = sizeOf(width, height);
-  UnitVectors unit{std::make_unique_for_overwrite<std::int16_t[]>(size),
-                   std::make_unique_for_overwrite<std::int16_t[]>(size)};
+  std::vector<std::int16_t> unitX(static_cast<std::size_t>(width));
+  std::vector<std::int16_t> unitY(static_cast<std::size_t>(width));
   const auto pitch = static_cast<std::size_t>(width + 2);
   std::vector<std::int32_t> sizes(3 * pitch, 0);
   const auto row = [&](int y) {
@@ -187,18 +208,17 @@ UnitVectors unitVectorsOf(const GradientMap& gradients, double contrast) {
   };
   RZ_BEST_VARIANT(squaredSizes)(gradients.row(0), width, row(0));
   for (int y = 0; y < height; ++y) {
-    if (y % 32 == 0) rzAttention::check();
+    if (y % kRowsPerLook == 0) rzAttention::check();
     if (y + 1 < height) {
       RZ_BEST_VARIANT(squaredSizes)(gradients.row(y + 1), width, row(y + 1));
     } else {
       std::fill_n(row(y + 1), width, 0);
     }
-    const std::size_t at = sizeOf(width, y);
     RZ_BEST_VARIANT(unitVectors)
-    (gradients.row(y), row(y - 1), row(y), row(y + 1), width, floor, unit.x.get() + at,
-     unit.y.get() + at);
+    (gradients.row(y), row(y - 1), row(y), row(y + 1), width, floor, unitX.data(), unitY.data());
+    forEachEdge(unitX.data(), unitY.data(), width,
+                [&](int x, int ux, int uy) { use(x, y, ux, uy); });
   }
-  return unit;
 }
 
 }  // namespace
@@ -222,33 +242,19 @@ ResponseMaps responsesOf(const GradientMap& gradients, double contrast) {
   constexpr std::size_t kReadBehind = 512;  // whole tiles are read
   maps.planeSize = sizeOf(maps.columns, maps.rows + 1) + kReadBehind;
 
-  const UnitVectors unit = unitVectorsOf(gradients, contrast);
-  std::vector<std::uint8_t> scratch(kScratchRows * static_cast<std::size_t>(width + 2 * kSpread));
-  constexpr double kSquare = double{kUnit} * kUnit;
-  const double none = kSquare * cosOfDegrees(kNoneBeyond);
-  const double step = (kSquare * cosOfDegrees(kBestWithin) - none) / (kBestResponse - 1);
-  for (int d = 0; d < kDirections; ++d) {
+  for (auto& planes : maps.planes) {
     rzAttention::check();
-    auto& planes = maps.planes[static_cast<std::size_t>(d)];
     planes = std::make_unique<std::uint8_t[]>(maps.planeSize * kStride * kStride);
-    const double angle = 2.0 * std::numbers::pi * d / kDirections;
-    DirectionJob job{unit.x.get(),
-                     unit.y.get(),
-                     width,
-                     height,
-                     static_cast<std::int16_t>(std::lround(kUnit * std::cos(angle))),
-                     static_cast<std::int16_t>(std::lround(kUnit * std::sin(angle))),
-                     static_cast<std::int16_t>(none),
-                     static_cast<std::int16_t>(step),
-                     scratch.data(),
-                     {},
-                     maps.columns};
-    for (int p = 0; p < 4; ++p) job.planes[p] = planes.get() + maps.indexOf(p & 1, p >> 1);
-    for (int y = 0; y < height; y += kRowsPerLook) {
-      rzAttention::check();
-      RZ_BEST_VARIANT(spreadRows)(job, y, std::min(y + kRowsPerLook, height));
-    }
   }
+  const Responder responder;
+  const Spreader spreader(maps, width, height);
+  std::array<std::uint8_t, kDirections> responses;
+  forAllEdges(gradients, contrast, [&](int x, int y, int unitX, int unitY) {
+    responder.respond(unitX, unitY, responses);
+    for (std::size_t d = 0; d < kDirections; ++d) {
+      if (responses[d] > 0) spreader.spread(x, y, responses[d], maps.planes[d].get());
+    }
+  });
   return maps;
 }
 

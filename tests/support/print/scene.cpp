@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "bench/finder/scene.h"
+#include "tests/support/print/scene.h"
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
