@@ -62,20 +62,12 @@ TEST(Exception, ArchiveFormIsOneVersionByteForEachLevelThenTheMessage) {
   rzMathError::Singular error("x");
   out || error;
   EXPECT_THAT(bytes, testing::ElementsAre(0, 0, 0, 1, 0, 0, 0, 'x'));
-  for (const auto& [level, name] :
-       {std::pair{0, "rzMathError::Singular"}, std::pair{1, "rzExceptionWithString"},
-        std::pair{2, "rzException"}}) {
+  for (std::size_t level = 0; level < 3; ++level) {
     Bytes newer = bytes;
-    newer[static_cast<std::size_t>(level)] = 1;
+    newer[level] = 1;
     auto in = rzArchive::loadingFrom(newer);
     rzMathError::Singular back;
-    try {
-      in || back;
-      ADD_FAILURE() << name;
-    } catch (const rzArchive::UnknownVersion& unknown) {
-      EXPECT_EQ(unknown.name(), name);
-      EXPECT_EQ(unknown.number(), 0);
-    }
+    EXPECT_THROW(in || back, rzArchive::UnknownVersion) << level;
   }
 }
 

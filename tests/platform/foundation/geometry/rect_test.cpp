@@ -8,7 +8,6 @@
 
 #include "rz/math_error.h"
 #include "rz/pel_rect.h"
-#include "rz/range.h"
 
 namespace {
 
@@ -49,17 +48,6 @@ TEST(Rect, PelsRoundItAreFoundWithoutTolerance) {
   EXPECT_THROW(rzRect(0.0, 0.0, 3e9, 1.0).enclosePelRect(), rzMathError::Overflow);
   EXPECT_THROW(rzRect(-2e9, 0.0, 4e9, 1.0).enclosePelRect(), rzMathError::Overflow);
   EXPECT_THROW(rzRect(std::nan(""), 0.0, 1.0, 1.0).enclosePelRect(), rzMathError::Overflow);
-}
-
-TEST(Range, ReversedAndNanRangesAreAllEmpty) {
-  const double nan = std::nan("");
-  for (const rzRange& range : {rzRange(2.0, 1.0), rzRange(nan, 1.0), rzRange(0.0, nan)}) {
-    EXPECT_EQ(range, rzRange::EmptyRange());
-    EXPECT_NE(range, rzRange(0.0, 1.0));
-  }
-  EXPECT_NE(rzRange::FullRange(), rzRange::EmptyRange());
-  EXPECT_NE(rzRange(1.0, 1.0), rzRange::EmptyRange());
-  EXPECT_EQ(rzRange(-HUGE_VAL, HUGE_VAL), rzRange::FullRange());
 }
 
 }  // namespace

@@ -12,7 +12,6 @@ namespace {
 using pictures::drawn;
 using pictures::flat;
 using pictures::Image;
-using pictures::ImageView;
 using pictures::noise;
 using pictures::ShowsTheSameAs;
 
@@ -52,17 +51,6 @@ TEST(PelFunctions, CopyBetweenRenumberedViewsOfOneRootMovesThePels) {
                 return x >= 2 && y >= 1 ? *before.pointToPel(x - 2, y - 1)
                                         : *before.pointToPel(x, y);
               })));
-}
-
-TEST(PelFunctions, HistogramAndExtremesSeeEveryPelOfTheWindowOnce) {
-  Image image = drawn({0, 0, 16, 16}, [](rzLong x, rzLong y) { return x + 16 * y; });
-  EXPECT_THAT(rfPelHistogram(image), testing::AllOf(testing::SizeIs(256), testing::Each(1)));
-  image.window(rzPelRect(0, 0, 1, 2), false);
-  EXPECT_EQ(rfPelMax(image), 16);
-  const std::vector<rzLong> histogram = rfPelHistogram(image);
-  EXPECT_EQ(histogram[0], 1);
-  EXPECT_EQ(histogram[16], 1);
-  EXPECT_EQ(histogram[1], 0);
 }
 
 TEST(Histogram, MedianIsTheSmallestGreyThatHalfOfAllReach) {
