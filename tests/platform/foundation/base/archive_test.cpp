@@ -77,6 +77,17 @@ TEST(Archive, CheckedCountAllowsExactlyWhatIsLeft) {
   EXPECT_THROW(doesNot.checkedCount(0, 4), rzArchive::BadFormat);
 }
 
+TEST(Archive, WrongDirectionIsRefused) {
+  const Bytes bytes = stored(rzLong{1});
+  auto in = rzArchive::loadingFrom(bytes);
+  EXPECT_THROW(in << rzLong{2}, rzArchive::BadFormat);
+  Bytes sink;
+  auto out = rzArchive::storingTo(sink);
+  rzLong value = 0;
+  EXPECT_THROW(out >> value, rzArchive::BadFormat);
+  EXPECT_TRUE(sink.empty());
+}
+
 TEST(Archive, StreamsHoldTheSameBytesAsVectorsAndBrokenOnesAreFileErrors) {
   std::stringstream stream;
   auto out = rzArchive::storingTo(static_cast<std::ostream&>(stream));

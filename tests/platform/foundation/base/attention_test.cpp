@@ -89,6 +89,9 @@ TEST(Attention, InnermostTagAloneCountsAfterTheStopOfTheWork) {
     EXPECT_EQ(codeOfCheck(), 0u);
     inner.attachTimeoutCustom(0.0, 5);
     EXPECT_EQ(codeOfCheck(), 5u);
+    rzAttentionTag idle(false);
+    idle.attachTimeoutCustom(0.0, 6);
+    EXPECT_EQ(codeOfCheck(), 0u) << "a tag that is not active never stops";
   }
   EXPECT_EQ(codeOfCheck(), 0x80000064u);
   const rzTimeoutScope scope(0.0);

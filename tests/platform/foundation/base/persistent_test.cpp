@@ -57,6 +57,23 @@ class Leaf : public rzPersistent, public virtual rzRepBase {
 };
 const rz_Instantiator Leaf::sExemplar(typeid(Leaf), &Leaf::make);
 
+// Moves its base level through two paths, as a class with two bases of one kind does.
+class TwoPaths : public rzPersistent {
+ protected:
+  void level(rzArchive& archive) {
+    if (haveVisited(archive, this, 1)) return;
+    archive || value_;
+    setVisited(archive, this, 1);
+  }
+  void dispatchSerialize(rzArchive& archive) override {
+    level(archive);
+    level(archive);
+  }
+
+ private:
+  rzLong value_ = 0;
+};
+
 class Unregistered : public rzPersistent {};
 
 Bytes storedGraph(rzPtrHandle<Node> root) {
@@ -183,6 +200,14 @@ TEST(Persistent, UnknownClassAndIdFromTheFutureAreRefused) {
   Unregistered* object = own.get();
   EXPECT_THROW(rzPersistent::serializePointer(out, object), rzArchive::UnknownClass);
   EXPECT_THROW(loadedGraph({2, 0, 0, 0, 0, 0, 0, 0}), rzArchive::BadFormat);
+}
+
+TEST(Persistent, LevelReachedTwiceInOneObjectIsMovedOnceEachTimeTheObjectIs) {
+  TwoPaths object;
+  Bytes bytes;
+  auto archive = rzArchive::storingTo(bytes);
+  archive || object || object;
+  EXPECT_EQ(bytes.size(), 8u);
 }
 
 // Two owners of one object would both delete it.
