@@ -29,7 +29,7 @@ constexpr int kGridPoints = 48;
 constexpr std::size_t kQuickPoints = 40;
 constexpr std::size_t kAllPoints = std::numeric_limits<std::size_t>::max();
 constexpr double kQuickSupport = 0.4;
-constexpr double kQuickShare = 0.5;
+constexpr double kQuickShare = 0.7;
 constexpr RefinePlan kQuickLook{kQuickPoints, 2, 3, 0.0, kQuickSupport};
 constexpr RefinePlan kNextLevel{kQuickPoints, 2, 2, 0.0, 0.0};
 constexpr RefinePlan kLastLook{kAllPoints, 1, 6, 0.0, 0.0};

@@ -17,6 +17,35 @@ constexpr double kSmallestSigma = 0.7;  // in training pels; below it the grid s
 
 double sigmaOf(double grain) { return std::max(kSmallestSigma, kSigmaOfGrain * grain); }
 
+// How little a point speaks for another one: the squared distance, more where the outline runs in
+// another direction, as on the other edge of a stroke.
+double strangeness(const ModelPoint& a, const ModelPoint& b) {
+  const Vec2 d = a.place - b.place;
+  return dot(d, d) * (1.0 + 4.0 * (1.0 - dot(a.normal, b.normal)));
+}
+
+// The points that are least strange to each one.
+std::vector<Neighbours> neighboursOf(const std::vector<ModelPoint>& points) {
+  std::vector<Neighbours> all(points.size(), Neighbours{});
+  if (points.size() <= kNeighbours) return all;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    std::array<double, kNeighbours> least;
+    least.fill(std::numeric_limits<double>::max());
+    for (std::size_t j = 0; j < points.size(); ++j) {
+      const double value = strangeness(points[i], points[j]);
+      if (j == i || value >= least.back()) continue;
+      std::size_t k = kNeighbours - 1;
+      for (; k > 0 && least[k - 1] > value; --k) {
+        least[k] = least[k - 1];
+        all[i][k] = all[i][k - 1];
+      }
+      least[k] = value;
+      all[i][k] = static_cast<std::uint16_t>(j);
+    }
+  }
+  return all;
+}
+
 }  // namespace
 
 PatternFrame measurePattern(const TrainingImage& image, double grain) {
@@ -46,20 +75,10 @@ Model makeModel(const TrainingImage& image, const PatternFrame& frame, double gr
     model.points.push_back(point);
   }
   model.points = thinned(model.points, mostPoints);
+  model.neighbours = neighboursOf(model.points);
   for (const ModelPoint& p : model.points) model.radius = std::max(model.radius, length(p.place));
   return model;
 }
-
-namespace {
-
-// How little a point speaks for another one: the squared distance, more where the outline runs in
-// another direction, as on the other edge of a stroke.
-double strangeness(const ModelPoint& a, const ModelPoint& b) {
-  const Vec2 d = a.place - b.place;
-  return dot(d, d) * (1.0 + 4.0 * (1.0 - dot(a.normal, b.normal)));
-}
-
-}  // namespace
 
 std::vector<ModelPoint> thinned(const std::vector<ModelPoint>& points, int count) {
   constexpr double kFar = std::numeric_limits<double>::max();

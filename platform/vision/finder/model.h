@@ -8,6 +8,8 @@
 // method for edge detection with sub-pixel accuracy", INRIA RR-2724, 1995).
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <vector>
 
 #include "platform/vision/finder/geometry.h"
@@ -20,11 +22,16 @@ struct ModelPoint {
   double weight = 1.0;  // share of the outline's length that the point stands for, 1 in the mean
 };
 
+/// How many neighbours of a point are known.
+inline constexpr std::size_t kNeighbours = 4;
+using Neighbours = std::array<std::uint16_t, kNeighbours>;
+
 /// The outline as it shows when the picture has a certain grain.
 struct Model {
-  double grain = 1.0;              // size of the picture's pels in pels of the training image
-  std::vector<ModelPoint> points;  // evenly spaced along the outline, in the order of thinned()
-  double radius = 0.0;             // greatest distance of a point from the centre
+  double grain = 1.0;                  // size of the picture's pels in pels of the training image
+  std::vector<ModelPoint> points;      // evenly spaced along the outline, in the order of thinned()
+  std::vector<Neighbours> neighbours;  // of each point, by their indices, along its own edge
+  double radius = 0.0;                 // greatest distance of a point from the centre
 };
 
 /// The image that was trained.

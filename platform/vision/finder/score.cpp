@@ -23,9 +23,17 @@ constexpr double kSureContrast = 0.8;  // of the contrast asked for, as an ideal
 constexpr double kNoContrast = 0.3;
 constexpr double kSureStrength = 0.4;  // of the median of the pattern's edges
 constexpr double kNoStrength = 0.1;
-// Half a pattern is worth less than half: the score is a power of the mean agreement.
-constexpr double kPower = 1.5;
-constexpr double kHasPartner = 0.3;  // agreement from which a point counts as covered
+// The score is a power of the mean agreement.
+constexpr double kPower = 1.1;
+// What tells a character from another one that has all the rest of it, a Q from an O, is missing in
+// one piece, while noise takes points here and there. A point is part of such a piece when its
+// neighbourhood agrees less than this in the mean, and none of the piece when it agrees more.
+constexpr double kNoneAround = 0.2;
+constexpr double kEnoughAround = 0.5;
+constexpr double kSmallPiece = 0.015;  // of the outline: up to this it does not count,
+constexpr double kLargePiece = 0.06;   // from this on in full,
+constexpr double kLossOfPiece = 0.3;   // and takes so much of the score
+constexpr double kHasPartner = 0.3;    // agreement from which a point counts as covered
 
 // 1 up to `from`, 0 from `to` on, smooth between.
 double falling(double value, double from, double to) {
@@ -52,6 +60,21 @@ double medianStrength(const std::vector<PointMatch>& matches) {
   return *middle;
 }
 
+// The share of the outline that is missing in one piece, by its points' agreements: those whose
+// neighbourhood has none either.
+double missingShare(const Model& model, const std::vector<PointMatch>& matches,
+                    const std::vector<double>& agreements) {
+  double missing = 0.0;
+  double all = 0.0;
+  for (std::size_t i = 0; i < agreements.size(); ++i) {
+    double sum = agreements[i];
+    for (const std::uint16_t k : model.neighbours[i]) sum += agreements[k];
+    all += matches[i].weight;
+    missing += matches[i].weight * falling(sum / (kNeighbours + 1), kNoneAround, kEnoughAround);
+  }
+  return missing / all;
+}
+
 }  // namespace
 
 Assessment assess(const GradientMap& gradients, const Model& model, std::size_t points,
@@ -67,14 +90,21 @@ Assessment assess(const GradientMap& gradients, const Model& model, std::size_t 
   double sum = 0.0;
   double found = 0.0;
   double all = 0.0;
-  for (const PointMatch& m : matches) {
+  std::vector<double> agreements(matches.size(), 0.0);
+  for (std::size_t i = 0; i < matches.size(); ++i) {
+    const PointMatch& m = matches[i];
     all += m.weight;
     if (m.strength <= 0.0) continue;
     const double agreement = agreementOf(m, far, step, median);
+    agreements[i] = agreement;
     sum += m.weight * agreement;
     if (agreement > kHasPartner) found += m.weight;
   }
   result.score = std::clamp(std::pow(sum / all, kPower), 0.0, 1.0);
+  if (points == model.points.size()) {
+    const double missing = missingShare(model, matches, agreements);
+    result.score *= 1.0 - kLossOfPiece * rising(missing, kSmallPiece, kLargePiece);
+  }
   result.coverage = found / all;
   return result;
 }

@@ -16,7 +16,8 @@ struct Assessment {
 
 /// Measures how far the picture's edges lie from the pattern's and how they are turned against
 /// them, in the sense of C. Steger, "Similarity measures for occlusion, clutter, and illumination
-/// invariant object recognition" (2001). Changes smoothly with the pose and the picture.
+/// invariant object recognition" (2001); with all points, what is missing in one piece costs more.
+/// Changes smoothly with the pose and the picture.
 Assessment assess(const GradientMap& gradients, const Model& model, std::size_t points,
                   const Mat2& levelFromClient, const Pose& pose, double contrast);
 
