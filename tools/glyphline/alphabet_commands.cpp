@@ -173,7 +173,7 @@ void addEdit(CLI::App& app, Action& action) {
   command.add_option("ALPHABET", options->alphabet, "Alphabet file")->required();
   command.add_option("--remove", options->remove, "Characters to take out, with ranges");
   command.add_option("--threshold", options->threshold, "Confusion threshold, 0 to 1")
-      ->check(CLI::Range(0.0, 1.0));
+      ->check(between(0.0, 1.0));
   command.add_option("--name", options->name, "The alphabet's name");
   command.add_option("-o,--output", options->output, "Alphabet file to write")->required();
   command.footer("Example:\n  glyphline edit label.oca --remove 'Q' -o smaller.oca");

@@ -6,6 +6,7 @@
 #include "char_list.h"
 #include "failure.h"
 #include "input_file.h"
+#include "output_file.h"
 #include "rz/archive.h"
 #include "rz/archive_file.h"
 
@@ -23,6 +24,7 @@ rzOCAlphabet readAlphabet(const std::string& path, const std::string& option) {
 }
 
 void writeAlphabet(const std::string& path, const rzOCAlphabet& alphabet) {
+  requireReplaceable(path);
   try {
     rfOCWriteAlphabet(path, alphabet);
   } catch (const rzException& error) {

@@ -29,23 +29,6 @@ bool stands(char32_t character) {
   return kNotStanding.find(character) == std::u32string_view::npos;
 }
 
-// How far down the picture the base line runs under each box, at the box's middle.
-std::vector<double> baseLines(const std::vector<rzRect>& inks, const std::vector<Box>& boxes) {
-  std::vector<double> depths(inks.size(), 0.0);
-  for (const std::vector<std::size_t>& line : printedLines(inks)) {
-    std::vector<rzRect> members;
-    for (const std::size_t i : line) {
-      if (stands(boxes[i].character)) members.push_back(inks[i]);
-    }
-    if (members.empty()) {
-      for (const std::size_t i : line) members.push_back(inks[i]);
-    }
-    const BaseLine base = fitBaseLine(members);
-    for (const std::size_t i : line) depths[i] = base.at(inks[i].center().x());
-  }
-  return depths;
-}
-
 double medianOf(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
   std::nth_element(values.begin(), middle, values.end());
@@ -103,6 +86,22 @@ TrainedChar typicalOf(const Prints& prints) {
 }
 
 }  // namespace
+
+std::vector<double> baseLines(const std::vector<rzRect>& inks, const std::vector<Box>& boxes) {
+  std::vector<double> depths(inks.size(), 0.0);
+  for (const std::vector<std::size_t>& line : printedLines(inks)) {
+    std::vector<rzRect> members;
+    for (const std::size_t i : line) {
+      if (stands(boxes[i].character)) members.push_back(inks[i]);
+    }
+    if (members.empty()) {
+      for (const std::size_t i : line) members.push_back(inks[i]);
+    }
+    const BaseLine base = fitBaseLine(members);
+    for (const std::size_t i : line) depths[i] = base.at(inks[i].center().x());
+  }
+  return depths;
+}
 
 std::vector<TrainedChar> trainFromBoxes(const BoxTraining& training) {
   std::vector<Prints> all;

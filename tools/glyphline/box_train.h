@@ -25,6 +25,10 @@ struct BoxTraining {
   rzLong margin = 3;
 };
 
+/// How far down the picture the base line runs under each box, at the box's middle. `inks` are the
+/// extents of the ink in the boxes.
+std::vector<double> baseLines(const std::vector<rzRect>& inks, const std::vector<Box>& boxes);
+
 /// One character for each distinct box character, in order of first appearance; of several boxes
 /// the most typical one. Each is cut out with the margin, in which ink of neighbours is painted
 /// over with background.

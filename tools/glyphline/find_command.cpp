@@ -141,7 +141,7 @@ void addFind(CLI::App& app, Action& action) {
   command.add_option("--scale", options->scale, "Scales to search, LO:HI (default 0.9:1.1)");
   command.add_option("--angle", options->angle, "Angles to search, LO:HI (default -180:180)");
   command.add_option("--min-score", options->minScore, "Smallest score, 0 to 1 (default 0.4)")
-      ->check(CLI::Range(0.0, 1.0));
+      ->check(between(0.0, 1.0));
   command.add_option("--mask", options->mask, "Picture of the same size: look where it is bright");
   command.add_option("--timeout", options->timeout, "Seconds for each character (default 10)")
       ->check(CLI::NonNegativeNumber);

@@ -14,6 +14,7 @@
 #include "failure.h"
 #include "overlay.h"
 #include "rz/exception.h"
+#include "rz/text.h"
 #include "standard_error.h"
 
 namespace glyphline {
@@ -56,6 +57,17 @@ rzRange rangeOf(const std::string& text, const std::string& option) {
   return range;
 }
 
+CLI::Validator between(double least, double most) {
+  const std::string range = rfStr(least) + " - " + rfStr(most);
+  const auto check = [least, most, range](const std::string& text) {
+    double value = 0.0;
+    const bool isNumber = CLI::detail::lexical_cast(text, value);
+    if (isNumber && value >= least && value <= most) return std::string();
+    return "Value " + text + " not in range " + range;
+  };
+  return {check, "FLOAT in [" + range + "]", "between"};
+}
+
 void setting(const std::string& option, const std::function<void()>& set) {
   try {
     set();
@@ -76,6 +88,11 @@ void checkOutputs(const std::string& pattern, const std::string& option,
   std::set<std::string> paths;
   for (const std::string& picture : pictures) {
     const std::string path = outputPath(pattern, picture);
+    std::error_code absent;  // a path that does not exist yet is no input
+    for (const std::string& input : pictures) {
+      if (!std::filesystem::equivalent(path, input, absent)) continue;
+      throw Failure(path + ": " + option + ": this would overwrite a picture to be read");
+    }
     if (paths.insert(path).second) continue;
     throw Failure(path + ": " + option + ": two pictures would be written to this file" +
                   (pattern == path ? "; a % in the name stands for the picture's name" : ""));

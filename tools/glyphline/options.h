@@ -36,6 +36,9 @@ rzRange rangeOf(const std::string& text, const std::string& option);
 /// A number, all of the text. Throws Failure that names the option.
 double numberOf(const std::string& text, const std::string& option);
 
+/// Accepts numbers from `least` to `most`; what is not a number is neither.
+CLI::Validator between(double least, double most);
+
 /// Runs a setter of the library's parameters and names the option when it refuses the value.
 void setting(const std::string& option, const std::function<void()>& set);
 

@@ -34,14 +34,29 @@ bool canBeParts(const Print& print, std::size_t from, std::size_t to, bool sideB
   return true;
 }
 
-// Whether a mark of this height can be the character, for which letters and digits are held
+// Whether a mark of this extent can be the character, for which letters and digits are held
 // against the print of their line. The print of the tallest line is the measure for small ones:
 // there may be lines of dashes.
-bool canBe(char32_t character, double height, double lineHeight, double tallest) {
+bool canBe(char32_t character, const rzRect& box, double lineHeight, double tallest) {
   constexpr double kLeastOfLetter = 0.45;
   constexpr double kMostOfSmall = 0.65;
-  if (isSmall(character)) return height <= kMostOfSmall * tallest;
-  return !isLetterOrDigit(character) || height >= kLeastOfLetter * lineHeight;
+  constexpr double kWidestLetter = 3.0;  // of its height
+  if (isSmall(character)) return box.height() <= kMostOfSmall * tallest;
+  if (!isLetterOrDigit(character)) return true;
+  return box.height() >= kLeastOfLetter * lineHeight && box.width() <= kWidestLetter * box.height();
+}
+
+// Whether these parts of a mark stand beside its other parts, not above or below all of them: only
+// marks that lean over each other come apart, not a colon or an i.
+bool standBeside(const Print& print, const Stack& stack, std::size_t from, std::size_t to) {
+  const rzRect own = around(print, from, to);
+  for (std::size_t i = stack.first; i < stack.first + stack.count; ++i) {
+    const rzRect& other = print.blobs[i].level;
+    const bool isOwn = i >= from && i < to;
+    if (!isOwn && std::min(own.ll().y(), other.ll().y()) > std::max(own.y(), other.y()))
+      return true;
+  }
+  return false;
 }
 
 // What it costs to take the blobs from `from` up to before `to` for this character: nothing for a
@@ -54,14 +69,16 @@ int costOf(const Print& print, double tallest, std::size_t from, std::size_t to,
   if (print.lineOf[from] != print.lineOf[to - 1]) return kImpossible;
   const Stack& first = print.stacks[print.stackOf[from]];
   const Stack& last = print.stacks[print.stackOf[to - 1]];
-  const double height = around(print, from, to).height();
-  if (!canBe(character, height, first.lineHeight, tallest)) return kImpossible;
+  if (!canBe(character, around(print, from, to), first.lineHeight, tallest)) return kImpossible;
   const CharParts parts = partsOf(character);
   const auto count = static_cast<int>(to - from);
   const bool isWhole = first.first == from && last.first + last.count == to;
   const bool isOneStack = print.stackOf[from] == print.stackOf[to - 1];
   if (isWhole && isOneStack) return kOtherPartCount * std::abs(count - parts.count);
-  if (isOneStack) return count == parts.count ? kPartOfMark : kImpossible;
+  if (isOneStack) {
+    const bool canPart = count == parts.count && standBeside(print, first, from, to);
+    return canPart ? kPartOfMark : kImpossible;
+  }
   if (count > parts.count || (!isWhole && count < parts.count)) return kImpossible;
   if (!canBeParts(print, from, to, parts.sideBySide)) return kImpossible;
   return kSeveralMarks + (isWhole ? 0 : kPartOfMark);

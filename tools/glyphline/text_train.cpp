@@ -9,6 +9,7 @@
 #include "oc/mark_rect.h"
 #include "picture.h"
 #include "rz/pel_functions.h"
+#include "rz/text.h"
 
 namespace glyphline {
 namespace {
@@ -119,12 +120,16 @@ TextPicture readTextPicture(const std::string& path, const std::string& text, Po
 }
 
 void printMarks(const TextPicture& picture, std::ostream& out) {
-  out << picture.boxed.name << '\n' << "char  line  left   top  width  height\n";
-  for (const Mark& mark : picture.marks) {
+  std::vector<rzRect> inks;
+  for (const Mark& mark : picture.marks) inks.emplace_back(mark.box);
+  const std::vector<double> depths = baseLines(inks, picture.boxed.boxes);
+  out << picture.boxed.name << '\n' << "char  line  left   top  width  height  base line\n";
+  for (std::size_t i = 0; i < picture.marks.size(); ++i) {
+    const Mark& mark = picture.marks[i];
     // A code point may take several bytes, so that a field width would not do.
     out << utf8Of(mark.character) << std::setw(9) << mark.line + 1 << std::setw(6) << mark.box.x()
         << std::setw(6) << mark.box.y() << std::setw(7) << mark.box.width() << std::setw(8)
-        << mark.box.height() << '\n';
+        << mark.box.height() << std::setw(11) << rfDbl(depths[i], 1, false) << '\n';
   }
 }
 

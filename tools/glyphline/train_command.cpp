@@ -205,7 +205,7 @@ void addTrain(CLI::App& app, Action& action) {
   CLI::App& command = *app.add_subcommand("train", "Make an alphabet from a font or from pictures");
   command.add_option("--font", options->font, "Font file");
   command.add_option("--size", options->size, "Pels of the font's em square")
-      ->check(CLI::Range(1.0, kMostSize));
+      ->check(between(1.0, kMostSize));
   command.add_option("--chars", options->chars, "Characters, with ranges such as A-Z");
   command.add_option("--image", options->images, "Picture with print; may be repeated")
       ->expected(1)
@@ -225,7 +225,7 @@ void addTrain(CLI::App& app, Action& action) {
   command
       .add_option("--blank", options->blank,
                   "Width in pels of a space to add; with --text measured, if it has one")
-      ->check(CLI::Range(1.0, kMostBlank));
+      ->check(between(1.0, kMostBlank));
   command.add_option("--name", options->name, "The alphabet's name");
   command.add_option("--add", options->add, "Extend this alphabet");
   command.add_flag("--compile", options->compile, "Measure the confusions and store them");

@@ -28,6 +28,8 @@ class Command(unittest.TestCase):
         done = run("train", "--font", FONT, "--size", 32, "--chars", "A-Z0-9 -", "-o", cls.alphabet)
         assert done.returncode == 0, done.stderr
         cls.label = EXAMPLES / "label.png"
+        cls.overwritten = cls.folder / "mine.png"
+        cls.overwritten.write_bytes(cls.label.read_bytes())
         cls.text = (EXAMPLES / "label.txt").read_text(encoding="utf-8").rstrip("\n")
 
     @classmethod
@@ -135,6 +137,9 @@ class Command(unittest.TestCase):
         done = run("train", "--image", print_alone, "--text", self.text, "-o", alphabet)
         self.assertEqual(done.returncode, 0, done.stderr)
         marks = done.stdout.decode().splitlines()[2:]
+        bases = [float(m.split()[-1]) for m in marks]
+        self.assertEqual(sorted(bases), bases)  # the print sinks to the right, line below line
+        self.assertTrue(30 < bases[0] and bases[7] < 55 and 85 < bases[8] and bases[-1] < 115, bases)
         self.assertEqual([m.split()[0] for m in marks], list(self.text.replace(" ", "")))
         again = self.arrange("--json", alphabet=alphabet)
         self.assertEqual(json.loads(again.stdout)["verdict"], "pass")
@@ -277,6 +282,11 @@ class Command(unittest.TestCase):
             (run("train", "--font", FONT, "--size", 30, "--chars", "A", "--add", self.alphabet,
                  "-o", out), ["--add", '"A"']),
             (run("train", "-o", out), ["--font", "--image"]),
+            (run("train", "--font", FONT, "--size", "nan", "--chars", "A", "-o", out), ["--size"]),
+            (self.arrange("--overlay", self.overwritten, image=self.overwritten),
+             ["--overlay", "overwrite"]),
+            (run("train", "--font", FONT, "--size", 30, "--chars", "A", "-o", self.folder),
+             [self.folder, "not a regular file"]),
             (run("nonsense"), []),
         ]
         for done, words in cases:

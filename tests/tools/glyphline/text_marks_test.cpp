@@ -182,6 +182,12 @@ TEST(TextMarks, ThatDoNotFitAreRefusedWithTheirCounts) {
     }
   }
   EXPECT_EQ(told(marksIn(print, "AB-")), "A:0-3 B:6-9 -:12-15");
+  // The dots of a colon are no two full stops, and no letter is as wide as a word.
+  const Drawing colon = {"####    ", "####  ##", "####    ", "####  ##", "####  ##"};
+  EXPECT_EQ(told(marksIn(colon, "A:")), "A:0-3 ::6-7");
+  EXPECT_THROW(marksIn(colon, "A.."), glyphline::Failure);
+  EXPECT_THROW(marksIn({"# # # # # # # # # # #", "# # # # # # # # # # #"}, "A"),
+               glyphline::Failure);
   EXPECT_THROW(marksIn({"    "}, "A"), glyphline::Failure);
 }
 
