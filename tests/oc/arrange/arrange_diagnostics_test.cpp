@@ -183,15 +183,6 @@ TEST(ArrangeDiagnostics, RecordingChangesNoResult) {
   }
 }
 
-TEST(ArrangeDiagnostics, AnEmptyTextHasInputsAndNothingElse) {
-  rzDiagObject diag;
-  rzOCArrangeResults results;
-  rfOCArrange(draw::paper(9, 9), rzOCAlphabet(), {}, {}, results, &diag, kAll);
-  EXPECT_THAT(titles(diag), ElementsAre("0OC Arranger: Input", "1Alphabet details"));
-  EXPECT_EQ(recordOf(diag, "OC Arranger: Input").texts()[1].content,
-            "Alphabet info\nNumber of characters: 0\nIndex\tKey\t\tName\tType\tSize\n\n");
-}
-
 TEST(ArrangeDiagnostics, ParametersAreToldWithTheirLimitsAndModes) {
   const auto textOf = [](const rzOCArrangeParams& params) {
     rzDiagObject diag;
@@ -236,28 +227,6 @@ rzPtrHandle_const<rzOCAlphabet> boxAlphabet() {
   return drawn::alphabet({new Model(100, paper, paper.window(), Model::eNormal, "A"),
                           new Model(101, paper, paper.window(), Model::eNormal, "B"),
                           new Model(32, {}, rzPelRect(0, 0, 7, 9), Model::eBlank, "gap")});
-}
-
-TEST(ArrangeDiagnostics, KeysAreListedWithTheirCharacters) {
-  EXPECT_EQ(rf_KeyListText(*boxAlphabet(), {32, -1, 100}),
-            "Number of characters: 3\nIndex\tKey\t\tName\tType\tSize\n"
-            "0\t0x00000020\t'gap'\teBlank\t7 x 9\n"
-            "1\t0xFFFFFFFF\tKey not found in alphabet!\n"
-            "2\t0x00000064\t'A'\teNormal\t10 x 20\n");
-  EXPECT_EQ(rf_CharTypeText(static_cast<rzOCModel::CharType>(7)), "BadEnumValue");
-  EXPECT_EQ(rf_CharStatusText(rzD::eMatched), "eMatched ");
-  EXPECT_EQ(rf_CharStatusText(rzD::eInferred), "eInferred");
-  EXPECT_EQ(rf_CharStatusText(rzD::eUnknown), "eUnknown ");
-  EXPECT_EQ(rf_CharStatusText(static_cast<rzD::CharStatus>(3)), "BadEnumValue");
-}
-
-TEST(ArrangeDiagnostics, GeometryIsToldWithItsDetails) {
-  const rzXform<2> xform(rzMatrix<2>(0, -2, 1, 0), rzVector<2>(1.5, -3));
-  EXPECT_EQ(rf_XformDetailsText(xform),
-            " < rz2Xform > ( 1.5 , -3 ) :  < rz2Matrix > [ 0 , -2 , 1 , 0 ] "
-            " xRot=90.000 degrees  yRot=90.000 degrees  xScale=1.000 yScale=2.000");
-  EXPECT_EQ(rf_RigidText(rz2Rigid(rzDegree(-7.25), rzVector<2>(1e9, 0))),
-            " < rz2Rigid > ( 1e+09 , 0 ) : -7.250 degrees ");
 }
 
 TEST(ArrangeDiagnostics, CostsAreToldPositionByPositionAndLineByLine) {
@@ -329,40 +298,6 @@ TEST(ArrangeDiagnostics, EachKindOfLineShapeIsCountedThroughByItself) {
   EXPECT_EQ(dynamic_cast<const rzGraphicSimple<rzLineSeg>&>(*list.items()[2]).shape(), segs[1]);
 }
 
-TEST(ArrangeDiagnostics, BoxAndTickLieWhereTheCharacterLies) {
-  const rzXform<2> turned(rzVector<2>(50, 60), 2.0, 1.0, rzRadian(0), rzDegree(90));
-  const rzAffineRectangle box(rzVector<2>(-5, -10), rzVector<2>(5, -10), rzVector<2>(-5, 10));
-  rzGraphicList list;
-  rf_DrawCharBox(list, box, turned, rzD::eUnknown);
-  EXPECT_THAT(list.items(), IsEmpty());
-  rf_DrawCharBox(list, box, turned, rzD::eInferred);
-  ASSERT_THAT(drawings(list), ElementsAre("orange box 1", "orange segment 2", "yellow point 1"));
-  EXPECT_EQ(dynamic_cast<const rzGraphicSimple<rzAffineRectangle>&>(*list.items()[0]).shape(),
-            box.map(turned));
-  const auto& tick = dynamic_cast<const rzGraphicSimple<rzLineSeg>&>(*list.items()[1]).shape();
-  EXPECT_EQ(tick.p1(), rzVector<2>(50, 60));
-  EXPECT_NEAR(tick.p2().distance(rzVector<2>(50, 70)), 0, 1e-9) << "half the shorter side";
-  EXPECT_EQ(dynamic_cast<const rzGraphicPointIcon&>(*list.items()[2]).point(), tick.p1());
-}
-
-TEST(ArrangeDiagnostics, ResultsWithoutAnArrangementAreToldAsEmpty) {
-  rzDiagObject diag;
-  const rzOCArrangeResults results;
-  const Image image = draw::paper(9, 9);
-  rf_RecordArrangeOutputs(image, {}, *boxAlphabet(), results, &diag, rzDiagDefs::eInputs);
-  rf_RecordArrangeOutputs(image, {}, *boxAlphabet(), results, nullptr, kAll);
-  EXPECT_EQ(diag.numRecords(), 0);
-  rf_RecordArrangeOutputs(image, {}, *boxAlphabet(), results, &diag, rzDiagDefs::eResults);
-  ASSERT_THAT(titles(diag), ElementsAre("0OC Arranger: Output"));
-  EXPECT_EQ(diag.diagRecord(0)->texts().at(0).content,
-            "isFound: false\nisSearchTruncated: false\nclientFromArrangementXform: "
-            " < rz2Xform > ( 0 , 0 ) :  < rz2Matrix > [ 1 , 0 , 0 , 1 ] "
-            " xRot=0.000 degrees  yRot=0.000 degrees  xScale=1.000 yScale=1.000\n\n"
-            "Number of characters: 0\nIndex\tStatus\t\tScore\tKey\t\tName\tType\tSize\n\n"
-            "Arrangement name: \nNumber of lines: 0\n");
-  EXPECT_THAT(diag.diagRecord(0)->graphics().at(0).list.items(), IsEmpty());
-}
-
 TEST(ArrangeDiagnostics, ResultsAreTabledByPosition) {
   const Image image = print({draw::letterF(), draw::letterR()});
   rzDiagObject diag;
@@ -421,12 +356,6 @@ TEST(ArrangeDiagnostics, LinesAreToldAndDrawnIntoOneGrowingList) {
       dynamic_cast<const rzGraphicWithFill<rzGenRect, rzGenRect>&>(*list.items()[6]);
   EXPECT_NEAR(outline.shape().ul().distance(rzVector<2>(1, 2)), 0, 1e-6);
   EXPECT_NEAR(outline.shape().lr().distance(rzVector<2>(-39, 28)), 0, 1e-6);
-}
-
-TEST(ArrangeDiagnostics, ModelRectangleIsInClientCoordinates) {
-  EXPECT_EQ(rf_ModelRectangle({}), rzAffineRectangle());
-  EXPECT_EQ(rf_ModelRectangle(letters().character('F')),
-            rzAffineRectangle(rzVector<2>(-16, -21), rzVector<2>(16, -21), rzVector<2>(-16, 21)));
 }
 
 }  // namespace

@@ -124,13 +124,6 @@ TEST(Arrange, TellsWhatItCannotSee) {
   expectPoses(results, print.poses);
 }
 
-TEST(Arrange, SpacesHoldTheirPlace) {
-  const Print print("FR Z");
-  const rzOCArrangeResults results = arrange(print.image, "FR Z");
-  EXPECT_THAT(results.statusFlags(),
-              ElementsAre(rzD::eMatched, rzD::eMatched, rzD::eInferred, rzD::eMatched));
-}
-
 TEST(Arrange, EmptyPaperGivesUnknownPositions) {
   const Buffer paper = draw::paper(120, 60);
   rzOCArrangeParams params;
@@ -218,24 +211,6 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"mask_offset", bufferAt(0, 0, 9, 9), bufferAt(1, 0, 9, 9), true, "?", kBadMask},
         RefusalCase{"unknown_key", bufferAt(0, 0, 9, 9), {}, false, "F?", kBadKey}),
     [](const auto& test) { return std::string(test.param.name); });
-
-TEST(Arrange, EmptyTextIsFoundAtOnce) {
-  rzOCArrangeResults results;
-  rfOCArrange(draw::paper(9, 9), rzOCAlphabet(), {}, {}, results);
-  EXPECT_TRUE(results.isFound());
-  EXPECT_FALSE(results.isSearchTruncated());
-  ASSERT_TRUE(results.arrangement().isBound());
-  EXPECT_EQ(results.arrangement()->numLines(), 0);
-  EXPECT_THAT(results.statusFlags(), IsEmpty());
-  EXPECT_THAT(results.scores(), IsEmpty());
-}
-
-TEST(Arrange, StopFromOutsidePassesThrough) {
-  rzAttentionSource source;
-  source.requestStop();
-  const rzAttentionScope scope(source);
-  EXPECT_THROW(arrange(Print("FR").image, "FR"), rzTimeout::Expired);
-}
 
 std::vector<std::string> titles(const rzDiagObject& diag) {
   std::vector<std::string> found;

@@ -122,35 +122,6 @@ Bytes stored(const Params& params) {
   return bytes;
 }
 
-TEST(ArrangeParams, EqualityTakesEveryFieldIn) {
-  const std::vector<std::function<void(Params&)>> changes = {
-      [](Params& p) { p.scaleRange(rzRange(0.9, 1.2)); },
-      [](Params& p) { p.isTextDirectionSpecified(true); },
-      [](Params& p) { p.straightTextDirection(rzRadian(1e-9)); },
-      [](Params& p) { p.isCircularTextDirectionClockwise(false); },
-      [](Params& p) { p.expectedOrientation(rzRadian(1e-9)); },
-      [](Params& p) { p.compPoseUncertainties(true); },
-      [](Params& p) { p.timeout(10.5); }};
-  for (const auto& change : changes) {
-    Params params;
-    change(params);
-    EXPECT_NE(params, Params());
-  }
-}
-
-TEST(ArrangeParams, ArchiveHoldsTheFieldsInTheirOrder) {
-  Bytes byHand;
-  auto out = rzArchive::storingTo(byHand);
-  out << static_cast<signed char>(0) << 0.25 << 3.0 << 0.125 << rzLong{3} << rzULong{1} << true
-      << 1.5 << false << rzLong{4} << rzULong{0} << rzULong{0} << -0.5 << 5.0 << 6.0 << 7.0 << 8.0
-      << 9.0 << 10.0 << true << rzLong{11} << 12.0;
-  EXPECT_EQ(stored(unusual()), byHand);
-  Params loaded;
-  auto in = rzArchive::loadingFrom(byHand);
-  in || loaded;
-  EXPECT_EQ(loaded, unusual());
-}
-
 TEST(ArrangeParams, BytesFromElsewhereLoadWholeOrNotAtAll) {
   const Bytes good = stored(unusual());
   for (std::size_t size = 0; size < good.size(); ++size) {
@@ -169,15 +140,6 @@ TEST(ArrangeParams, BytesFromElsewhereLoadWholeOrNotAtAll) {
   } catch (const rzArchive::UnknownVersion& failure) {
     EXPECT_EQ(failure.name(), "oc/arrange");
   }
-}
-
-TEST(ArrangeParams, LoadingDoesNotRunTheSetters) {
-  Bytes bytes = stored(Params());
-  bytes[1 + 3 * sizeof(double) + sizeof(rzLong)] = 77;  // line type
-  Params params;
-  auto archive = rzArchive::loadingFrom(bytes);
-  archive || params;
-  EXPECT_EQ(static_cast<rzLong>(params.lineType()), 77);
 }
 
 }  // namespace

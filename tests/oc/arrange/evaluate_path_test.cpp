@@ -85,15 +85,6 @@ INSTANTIATE_TEST_SUITE_P(
                      false, false}),
     [](const auto& test) { return std::string(test.param.name); });
 
-TEST(EvaluatePath, OneCharacterCostsItsWeakness) {
-  const Scene scene = rowScene(1, 0.75);
-  rz_ArrangeCost cost;
-  ASSERT_TRUE(scene.evaluate(pathOf({0}, {0}), cost));
-  EXPECT_EQ(cost.matchCost, 0.25);
-  EXPECT_EQ(cost.total(), 0.25);
-  EXPECT_THAT(cost.lineTypes, ElementsAre(rzD::eDontCare));
-}
-
 TEST(EvaluatePath, CountsUnmatchedPositionsAndBreaks) {
   Scene scene = rowScene(8);
   scene.charData[2].isBlank = true;
@@ -133,31 +124,6 @@ TEST(EvaluatePath, ScalesCountAgainstTheirGeometricMean) {
   EXPECT_NEAR(cost.lineScales[0], std::sqrt(2.0), kTolerance);
   EXPECT_NEAR(cost.logScaleErrors[0], -0.5, kTolerance);
   EXPECT_NEAR(cost.logScaleErrors[1], 0.5, kTolerance);
-}
-
-TEST(EvaluatePath, WeightsScaleTheirTerms) {
-  std::mt19937 random(3);
-  Scene scene = rowScene(5, 1.0);
-  std::uniform_real_distribution<double> jitter(0, 5);
-  for (auto& list : scene.poses) {
-    list[0] = poseAt(list[0].translation.x() + jitter(random), jitter(random), jitter(random),
-                     1.0 + 0.01 * jitter(random));
-  }
-  scene.params.lineType(rzD::eStraight);
-  const rz_ArrangePath path = pathOf({0, 0, 0, 0, 0}, {0});
-  rz_ArrangeCost once, weighted;
-  ASSERT_TRUE(scene.evaluate(path, once));
-  scene.params.normalTransCost(2);
-  scene.params.tangentialTransCost(4);
-  scene.params.orientationCost(8);
-  scene.params.scaleCost(16);
-  ASSERT_TRUE(scene.evaluate(path, weighted));
-  EXPECT_EQ(weighted.normalCost, 2 * once.normalCost);
-  EXPECT_EQ(weighted.tangentialCost, 4 * once.tangentialCost);
-  EXPECT_EQ(weighted.spacingCost, 4 * once.spacingCost);
-  EXPECT_EQ(weighted.rotationCost, 8 * once.rotationCost);
-  EXPECT_EQ(weighted.logScaleCost, 16 * once.logScaleCost);
-  EXPECT_GT(weighted.normalCost * weighted.tangentialCost * weighted.rotationCost, 0);
 }
 
 TEST(EvaluatePath, FinalEvaluationSaysWhereEverythingShouldBe) {

@@ -56,13 +56,6 @@ Line ring(double sense, rzLong count = 5) {
   return line;
 }
 
-TEST(LineCost, EvenRowCostsNothing) {
-  const rz_LineVerdict verdict = row({0, 12, 24, 36}).judge().value();
-  EXPECT_EQ(verdict.type, rzD::eStraight);
-  const rz_LineErrors& e = verdict.errors;
-  EXPECT_NEAR(e.normal + e.tangential + e.rotation + e.spacing, 0, kTolerance);
-}
-
 TEST(LineCost, OffsetsCountInSizesOfTheCharacter) {
   Line line = row({0, 12, 28, 36});  // the third stands 4 too far on
   EXPECT_NEAR(line.errors().tangential, 0.4, kTolerance);
@@ -154,16 +147,6 @@ TEST(LineCost, OddOneOutIsJudgedAgainstTheOthers) {
   line.add(poseAt(36, 0, 45));
   const double average = rzDegree(line.judge()->average).toDouble();
   EXPECT_NEAR(line.errors().rotation, (3 * average + (45 - average)) / 45, kTolerance);
-}
-
-TEST(LineCost, RingIsCircularAndCostsLittle) {
-  for (const double sense : {1.0, -1.0}) {
-    const rz_LineVerdict verdict = ring(sense).judge().value();
-    EXPECT_EQ(verdict.type, rzD::eCircular);
-    const rz_LineErrors& e = verdict.errors;
-    EXPECT_NEAR(e.normal + e.tangential + e.rotation + e.spacing, 0, 1e-6);
-    EXPECT_NEAR(rzDegree(verdict.average).toDouble(), 0, 1e-6);
-  }
 }
 
 struct ShapeCase {

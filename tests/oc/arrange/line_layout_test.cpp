@@ -27,16 +27,6 @@ std::vector<double> freeSpaces(const std::vector<double>& coords,
   return spaces;
 }
 
-TEST(BoxExtent, IsThatOfTheTurnedBox) {
-  const rz_BoxExtent upright = rf_BoxExtent(box(10, 20), rzRadian(0.0));
-  EXPECT_NEAR(upright.width, 10, kTolerance);
-  EXPECT_NEAR(upright.height, 20, kTolerance);
-  const rz_BoxExtent lying = rf_BoxExtent(box(10, 20), rzDegree(90));
-  EXPECT_NEAR(lying.width, 20, kTolerance);
-  EXPECT_NEAR(lying.height, 10, kTolerance);
-  EXPECT_NEAR(rf_BoxExtent(box(10, 10), rzDegree(45)).width, std::sqrt(200.0), kTolerance);
-}
-
 TEST(StraightLayout, KeepsTheEndsAndEvensTheFreeSpace) {
   const std::vector<rz_CharData> chars = {box(1, 1), box(10, 20), box(4, 20), box(30, 20),
                                           box(6, 20)};
@@ -52,14 +42,6 @@ TEST(StraightLayout, KeepsTheEndsAndEvensTheFreeSpace) {
   for (const double space : freeSpaces(coords, widths)) EXPECT_NEAR(space, 38.0 / 3, kTolerance);
 }
 
-TEST(StraightLayout, TwoPositionsAreTheTwoEnds) {
-  std::vector<double> coords;
-  rf_LayOutStraightLine(rzLine(rzDegree(180), {0, 0}), {{0, 0}, {-7, 0}}, {kUnturned, kUnturned},
-                        true, kUnturned, {box(10, 20), box(99, 20)}, {0, 0}, 0, 1, coords);
-  EXPECT_NEAR(coords[0], 0, kTolerance);
-  EXPECT_NEAR(coords[1], 7, kTolerance);
-}
-
 // On a line that runs down, an unmatched character lies across it when the average of the others
 // is taken in the client frame, and stands upright when it is taken against the line.
 TEST(StraightLayout, UnmatchedCharactersTurnWithTheAverage) {
@@ -72,25 +54,6 @@ TEST(StraightLayout, UnmatchedCharactersTurnWithTheAverage) {
     const double third = isRelative ? 10 : 20;
     for (const double space : freeSpaces(coords, {20, 20, third, 20})) {
       EXPECT_NEAR(space, (100 - 40 - third) / 3, kTolerance);
-    }
-  }
-}
-
-TEST(CircularLayout, EqualWidthsGiveEqualSteps) {
-  const std::vector<rz_CharData> chars(5, box(10, 20));
-  for (const double sense : {1.0, -1.0}) {
-    std::vector<rzVector<2>> points;
-    std::vector<rzRadian> angles;
-    for (int k = 0; k < 5; ++k) {
-      const rzRadian at = rzDegree(30 + sense * 20 * k);
-      points.emplace_back(80, at);
-      angles.push_back(at + rzRadian(kRzHalfPi));
-    }
-    std::vector<double> coords;
-    rf_LayOutCircularLine(rzCircle({0, 0}, 80), rzDegree(30), rzDegree(sense * 80), points, angles,
-                          true, kUnturned, chars, {0, 0, 0, 0, 0}, 0, 4, coords);
-    for (int k = 0; k < 5; ++k) {
-      EXPECT_NEAR(coords[rf_At(k)], rzRadian(rzDegree(30 + sense * 20 * k)).toDouble(), 1e-9);
     }
   }
 }

@@ -88,15 +88,4 @@ INSTANTIATE_TEST_SUITE_P(Table, PoseFromXform,
                                          PoseCase{"mirrored", {2, 0, 0, -2}, 0, 2}),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST(Pose, GoesThereAndBack) {
-  for (const double degrees : {-179.0, -90.0, 0.0, 33.0, 180.0}) {
-    const rz_Pose pose(rzVector<2>(5, -6), rzDegree(degrees), 1.3);
-    const rz_Pose back(static_cast<rzXform<2>>(pose));
-    EXPECT_EQ(back.translation, pose.translation);
-    EXPECT_NEAR(back.rotation.toDouble(), pose.rotation.toDouble(), 1e-12);
-    EXPECT_NEAR(back.scale, 1.3, 1e-12);
-    EXPECT_NEAR(static_cast<rz2Rigid>(pose).angle().toDouble(), degrees, 1e-12);
-  }
-}
-
 }  // namespace

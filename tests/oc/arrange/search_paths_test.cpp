@@ -264,14 +264,6 @@ TEST(SearchPaths, LimitsEndItWithACompletedPath) {
   EXPECT_THAT(outcome.path.lineStarts, ElementsAre(0, 2, 3));
 }
 
-TEST(SearchPaths, NothingThereIsAnAnswerToo) {
-  Scene scene;
-  for (rzLong i = 0; i < 3; ++i) scene.add(i, {}).costsWhenUnmatched = false;
-  const Outcome outcome = search(scene);
-  EXPECT_TRUE(outcome.isComplete);
-  EXPECT_THAT(outcome.path.choices, Each(kNo));
-}
-
 // The same ring runs clockwise in the image in one frame and the other way in its mirror image.
 TEST(SearchPaths, MirroredClientFrameTurnsTheSenseRound) {
   Scene scene;
@@ -288,13 +280,6 @@ TEST(SearchPaths, MirroredClientFrameTurnsTheSenseRound) {
     const bool isOneLine = search(scene, image).path.numLines() == 1;
     EXPECT_EQ(isOneLine, y > 0) << "clockwise is asked for";
   }
-}
-
-TEST(SearchPaths, StopsWhenAsked) {
-  rzAttentionSource source;
-  source.requestStop();
-  const rzAttentionScope scope(source);
-  EXPECT_THROW(search(rowScene(3)), rzTimeout::Expired);
 }
 
 // A blank without a box costs an infinite gap, and a weight of 0 makes that no number at all.

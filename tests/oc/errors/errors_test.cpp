@@ -154,32 +154,6 @@ TEST_P(Errors, SuicideRethrowsTheTrueClassWithItsMessage) {
   }
 }
 
-TEST(ErrorFamilies, DefaultMessageIsEmpty) {
-  EXPECT_STREQ(rzOCDefs::BadKey().what(), "");
-  EXPECT_STREQ(rzOCArrangeDefs::BadMask().what(), "");
-  EXPECT_STREQ(rzOCArrangeDefs::BadMask(nullptr).what(), "");
-  EXPECT_STREQ(rz_OCExtractDefs::rz_OCExtractError().what(), "");
-}
-
-TEST(ErrorFamilies, CaughtThroughTheFamilyAndRethrownAsTheLeaf) {
-  try {
-    throw rzOCDefs::BadKey("no such key");
-  } catch (const rzOCDefs::Errors& caught) {
-    auto* heapCopy = new rzOCDefs::BadKey(dynamic_cast<const rzOCDefs::BadKey&>(caught));
-    rzOCDefs::Errors* family = heapCopy;
-    EXPECT_THROW(family->suicideAndRethrow(), rzOCDefs::BadKey);
-  }
-}
-
-TEST(ErrorFamilies, FamiliesDoNotCatchEachOther) {
-  static_assert(!std::is_base_of_v<rzOCDefs::Errors, rz_OCExtractDefs::rz_OCExtractError>);
-  static_assert(!std::is_base_of_v<rzOCArrangeDefs::Errors, rz_OCExtractDefs::rz_OCExtractError>);
-  static_assert(!std::is_base_of_v<rzOCDefs::Errors, rzOCArrangeDefs::BadParams>);
-  static_assert(std::is_abstract_v<rzOCDefs::Errors> &&
-                std::is_abstract_v<rzOCArrangeDefs::Errors>);
-  EXPECT_THROW(throw rz_OCExtractDefs::rz_OCExtractError("x"), rzExceptionWithString);
-}
-
 TEST(Converter, KnownCodesBecomeExceptionsOfTheFamily) {
   struct Row {
     rzULong code;
@@ -200,9 +174,4 @@ TEST(Converter, KnownCodesBecomeExceptionsOfTheFamily) {
       EXPECT_STREQ(error.what(), row.message);
     }
   }
-}
-
-TEST(Converter, OtherCodesOfTheBlockStayFailureCodes) {
-  for (const rzULong code : {0x800013E0u, 0x800013EBu, 0x800013EEu, 0x800013F2u, 0x800013FFu})
-    EXPECT_THROW(rfThrowExceptionOnFailure(codeOf(code)), rzFailureCode) << code;
 }

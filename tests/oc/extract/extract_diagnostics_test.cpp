@@ -69,20 +69,9 @@ class ExtractDiagnostics : public testing::Test {
   rzDiagObject diag_;
 };
 
-TEST_F(ExtractDiagnostics, NothingIsWrittenWithoutADiagnosticsObject) {
-  Peer::drawDiags(model_, alphabet_, result_, nullptr, kParams | kResults);
-  EXPECT_EQ(Peer::diagText(model_), "");
-}
-
 TEST_F(ExtractDiagnostics, NothingIsWrittenUnlessAskedFor) {
   draw(0x40000);
   EXPECT_EQ(Peer::diagText(model_), "");
-  EXPECT_EQ(diag_.numRecords(), 0);
-}
-
-TEST_F(ExtractDiagnostics, ParametersAloneAreCollectedButNotRecorded) {
-  draw(kParams);
-  EXPECT_EQ(Peer::diagText(model_), kParamLines);
   EXPECT_EQ(diag_.numRecords(), 0);
 }
 
@@ -99,12 +88,6 @@ TEST_F(ExtractDiagnostics, TextListsSearchableCharactersAndTheirInstances) {
   ASSERT_EQ(diag_.numRecords(), 3);
   EXPECT_EQ(diag_.diagRecord(0)->annotation(), "Result details");
   EXPECT_EQ(diag_.diagRecord(0)->texts().at(0).content, expected + '\0');
-}
-
-TEST_F(ExtractDiagnostics, ParametersStandBeforeTheResults) {
-  draw(kParams | kResults);
-  EXPECT_THAT(diag_.diagRecord(0)->texts().at(0).content,
-              StartsWith(kParamLines + "\nFinal Results\n"));
 }
 
 TEST_F(ExtractDiagnostics, EachInstanceHasItsOwnPicture) {

@@ -41,20 +41,6 @@ Result resultOf(const std::vector<Instance>& instances) {
   return result;
 }
 
-TEST(ExtractParams, DefaultsSearchTheFullTurnAndSelectGrains) {
-  const rz_OCExtractModelParams model;
-  EXPECT_EQ(model.angleRange, rzRange(-180.0, 180.0));
-  EXPECT_EQ(model.scaleRange, rzRange(0.5, 2.0));
-  EXPECT_EQ(model.nominalScale, 1.0);
-  EXPECT_EQ(model.grainLimits, std::make_pair(-1.0, -1.0));
-  const rz_OCExtractRunParams run;
-  EXPECT_EQ(run.timeout, 10.0);
-  EXPECT_EQ(run.acceptThresh, 0.5);
-  EXPECT_EQ(run.confusionThresh, 0.6);
-  EXPECT_EQ(run.overlap, 0.1);
-  EXPECT_EQ(run.maxNumResults, -1);
-}
-
 TEST(ExtractInstance, CarriesTheTrainedWindowThroughTrainingClientAndPose) {
   const rzXform<2> pose(rzVector<2>(100, 50), 2.0, 1.0, rzRadian(0.0), rzDegree(90.0));
   const rzXform<2> clientFromImage(rzMatrix<2>(), rzVector<2>(-10, -20));
@@ -67,12 +53,6 @@ TEST(ExtractInstance, CarriesTheTrainedWindowThroughTrainingClientAndPose) {
   EXPECT_LT(made.affRect.cornerPo().distance(rzVector<2>(100, 50)), kRounding);
   EXPECT_LT(made.affRect.cornerPx().distance(rzVector<2>(100, 66)), kRounding);
   EXPECT_LT(made.affRect.cornerPy().distance(rzVector<2>(88, 50)), kRounding);
-}
-
-TEST(ExtractInstance, OrderByScoreIsStrictAndDescending) {
-  EXPECT_TRUE(Instance::orderByScore(instance(0.9), instance(0.8)));
-  EXPECT_FALSE(Instance::orderByScore(instance(0.8), instance(0.9)));
-  EXPECT_FALSE(Instance::orderByScore(instance(0.8), instance(0.8)));
 }
 
 struct OverlapCase {
@@ -126,12 +106,6 @@ TEST(ExtractCharResult, RefusesIndicesWithoutAnInstance) {
       }
     }
   }
-}
-
-TEST(ExtractCharResult, SortsFromTheBestDown) {
-  Result result = resultOf({instance(0.6), instance(0.9), instance(0.7), instance(0.9)});
-  Peer::sort(result);
-  EXPECT_THAT(scores(result), ElementsAre(0.9, 0.9, 0.7, 0.6));
 }
 
 TEST(ExtractCharResult, InitKeepsTheHalfTurnPoseOnly) {
@@ -201,21 +175,6 @@ TEST(ExtractStringResult, SecondResultOfAKeyIsJoinedToTheFirstObject) {
   EXPECT_THAT(scores(*first), ElementsAre(0.5, 0.9));
   EXPECT_EQ(first->time(), 3.0);
   EXPECT_THAT(scores(*second), ElementsAre(0.9));
-}
-
-TEST(ExtractStringResult, CopiesShareTheResults) {
-  rz_OCExtractModel model;
-  rz_OCExtractStringResult result;
-  rzPtrHandle_const<rzOCAlphabet> alphabet(new rzOCAlphabet);
-  Peer::train(model, alphabet, {4}, result);
-  Peer::add(result, 4, new Result);
-  Peer::postProcess(model, result, {4});
-  const rz_OCExtractStringResult copy = result;
-  ASSERT_EQ(copy.results().size(), 1u);
-  EXPECT_EQ(copy.results()[0], result.uniqueCharResults()[0]);
-  result.init();
-  EXPECT_THAT(result.results(), IsEmpty());
-  EXPECT_EQ(copy.results().size(), 1u);
 }
 
 rzCXAlignResult scored(double score, bool isAccepted, double coverage = 1.0) {

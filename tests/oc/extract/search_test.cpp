@@ -67,15 +67,6 @@ void expectPose(const rzXform<2>& pose, double x, double y, double degrees, doub
   EXPECT_NEAR(pose.xScale(), scale, kScale);
 }
 
-TEST(ExtractSearch, EmptyTextHasEmptyResults) {
-  rz_OCExtractModel model;
-  rz_OCExtractStringResult result;
-  EXPECT_TRUE(model.search(someLetters(), {}, draw::paper(40, 40), {}, {}, {}, result, nullptr, 0));
-  EXPECT_EQ(model.numModels(), 0);
-  EXPECT_THAT(result.results(), IsEmpty());
-  EXPECT_THAT(result.uniqueCharResults(), IsEmpty());
-}
-
 TEST(ExtractSearch, FindsDrawnLettersWhereTheyStand) {
   rz_OCExtractModelParams params;
   params.scaleRange = rzRange(0.8, 1.25);
@@ -123,19 +114,6 @@ TEST(ExtractSearch, InstancesAreBestFirstAndAtMostTwoMoreThanExpected) {
       EXPECT_GE(found->score(i - 1), found->score(i));
     }
   }
-}
-
-TEST(ExtractSearch, BoxOfAnInstanceHoldsTheDrawnLetter) {
-  Buffer image = draw::paper(100, 100);
-  draw::fill(image, draw::letterR(), drawn::placed(50, 50, 90.0));
-  const Outcome outcome = find({'R'}, image);
-  ASSERT_TRUE(outcome.result.results()[0]->found());
-  // The trained window of 32 by 42 pels, turned by a quarter.
-  const rzAffineRectangle box = outcome.result.results()[0]->affRect(0);
-  EXPECT_LT(box.center().distance(rzVector<2>(50, 50)), kPels);
-  EXPECT_LT(box.cornerPo().distance(rzVector<2>(71, 34)), 1.0);
-  EXPECT_NEAR(box.xLength(), 32.0, 1.0);
-  EXPECT_NEAR(box.yLength(), 42.0, 1.0);
 }
 
 TEST(ExtractSearch, UnsearchableCharactersAreNotFoundAndSpoilNothing) {
@@ -199,26 +177,6 @@ TEST(ExtractSearch, PassedTimeLimitMakesTheAnswerFalseAndTheResultsEmpty) {
   EXPECT_FALSE(outcome.isComplete);
   ASSERT_EQ(outcome.result.results().size(), 2u);
   for (const auto& found : outcome.result.results()) EXPECT_FALSE(found->found());
-}
-
-TEST(ExtractSearch, StopFromOutsidePassesToTheCaller) {
-  const rzTimeoutScope over(0.0);
-  EXPECT_THROW(find({'R'}, sampleImage()), rzTimeout::Expired);
-}
-
-TEST(ExtractSearch, ASecondSearchStartsAfresh) {
-  rz_OCExtractModel model;
-  rz_OCExtractStringResult result;
-  const Buffer image = sampleImage();
-  rz_OCExtractModelParams params;
-  params.scaleRange = rzRange(0.9, 1.1);
-  model.search(someLetters(), {'A', 'R'}, image, {}, params, {}, result, nullptr, 0);
-  model.search(someLetters(), {'R'}, image, {}, params, {}, result, nullptr, 0);
-  EXPECT_EQ(model.numModels(), 1);
-  ASSERT_EQ(result.uniqueCharResults().size(), 1u);
-  EXPECT_EQ(result.results().size(), 1u);
-  EXPECT_EQ(result.results()[0]->numInstances(),
-            find({'R'}, image, params).result.results()[0]->numInstances());
 }
 
 }  // namespace

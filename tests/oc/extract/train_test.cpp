@@ -64,17 +64,6 @@ TEST(Train, SearchesByFallingSpreadAndPutsUnsearchableOnesLast) {
   EXPECT_GT(result.trainTime(), 0.0);
 }
 
-TEST(Train, StopFromOutsidePassesToTheCaller) {
-  rzAttentionSource source;
-  source.requestStop();
-  const rzAttentionScope scope(source);
-  rz_OCExtractModel model;
-  rz_OCExtractStringResult result;
-  EXPECT_THROW(
-      Peer::train(model, drawn::alphabet({drawn::character('K', draw::letterK())}), {'K'}, result),
-      rzTimeout::Expired);
-}
-
 struct SizeCase {
   rzLong width;
   rzLong height;
@@ -197,16 +186,5 @@ INSTANTIATE_TEST_SUITE_P(
                     SymmetryCase{"z_worked_at_double_size", draw::letterZ(),
                                  rz_OCExtractDefs::eRot180Symmetry, 14, 20, 0.4}),
     [](const auto& test) { return test.param.name; });
-
-TEST(FindsItselfRotated, LeavesThePoseAloneWhereNothingIsFound) {
-  const auto character = drawn::character('K', draw::letterK());
-  const TrainedPattern trained = trainPattern(*character, kAutomatic);
-  ASSERT_TRUE(trained.pattern);
-  const rzXform<2> before(rzMatrix<2>(), rzVector<2>(3, 4));
-  rzXform<2> pose = before;
-  const auto nothing = draw::paper(40, 40);
-  EXPECT_FALSE(rf_FindsItselfRotated(nothing, *trained.pattern, 180.0, pose, nullptr, 0));
-  EXPECT_EQ(pose, before);
-}
 
 }  // namespace

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "rz/pel_functions.h"
 #include "support/noise.h"
 
@@ -24,41 +22,12 @@ Image halfMask(const rzPelRect& rect) {
   return mask;
 }
 
-std::set<int> valuesOf(const rzPelBuffer<unsigned char>& buffer) {
-  std::set<int> values;
-  for (rzLong y = 0; y < buffer.height(); ++y) {
-    for (rzLong x = 0; x < buffer.width(); ++x) values.insert(*buffer.pointToPel(x, y));
-  }
-  return values;
-}
-
 // A grid of one sample a pel whose corner lies at (x, y).
 Sampling gridAt(double x, double y, rzLong nx, rzLong ny,
                 Sampling::Interpolation interpolation = Sampling::eBilinear) {
   return Sampling(
       rzAffineRectangle(rzVector<2>(x, y), rzVector<2>(x + nx, y), rzVector<2>(x, y + ny)), nx, ny,
       interpolation);
-}
-
-TEST(ClippedSampling, InsideTheImageTheMaskIsSampledAsTheImageIs) {
-  const rzPelRect window(10, 20, 12, 9);
-  const Image image = noise(window, 1);
-  rzPelBuffer<unsigned char> out;
-  rzPelBuffer<unsigned char> outMask;
-  rfAffineTransformWithClipping(image, halfMask(window),
-                                gridAt(12.3, 22.3, 8, 5, Sampling::eNearest), out, outMask);
-  EXPECT_EQ(valuesOf(outMask), (std::set<int>{0, 255}));
-  EXPECT_EQ(*out.pointToPel(0, 0), *image.pointToPel(12, 22));
-}
-
-TEST(ClippedSampling, InsideTheImageWithoutAMaskThereIsNone) {
-  rzPelBuffer<unsigned char> out;
-  rzPelBuffer<unsigned char> outMask;
-  const Image image = noise(rzPelRect(10, 20, 12, 9), 1);
-  rfAffineTransformWithClipping(image, Image(), gridAt(10, 20, 12, 9), out, outMask);
-  EXPECT_FALSE(outMask.isBound());
-  out.offset(image.offset());
-  EXPECT_TRUE(rfPelEqual(out, image));
 }
 
 TEST(ClippedSampling, OverTheEdgeTheMedianStandsInAndTheMaskIsZero) {

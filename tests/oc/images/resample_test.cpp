@@ -83,16 +83,6 @@ TEST(ResampleToMatch, GivesTheStepsOfTheTrainedImageAndKeepsTheClientFrame) {
   }
 }
 
-TEST(ResampleToMatch, TwiceAsFineIsTwiceAsLargeAndItsRimIsRealByHalf) {
-  rzPelBuffer<unsigned char> image = runPicture(frame(0.0, 1.0));
-  rzPelBuffer<unsigned char> mask;
-  rf_ResampleToMatch(onePel(frame(0.0, 0.5)), image, mask);
-  EXPECT_EQ(image.window(), rzPelRect(0, 0, 24, 16));
-  // The outermost samples lie a quarter pel beyond the last centre: three quarters of 255 in each
-  // direction are left, above the half along the sides and at the corners.
-  EXPECT_EQ(rfPelMin(mask), 255);
-}
-
 TEST(ResampleToMatch, AGreyKeepsItsClientPlaceUnderEveryTurn) {
   // A ramp, which interpolation reproduces but for the rounding.
   rzPelBuffer<unsigned char> ramp(rzPelRect(5, -3, 12, 8), 32);

@@ -79,20 +79,6 @@ TEST(ConfusionMatrix, ShowsEveryOrderedPairAndListsThoseAboveTheThreshold) {
                 "score 0.500 for ('0', 'O') keys(0x00000003, 0x00000001) at (2.000, 0.000)\n");
 }
 
-TEST(ConfusionMatrix, OneCharacterHasATableAndNoPairs) {
-  const auto alphabet = compiledAlphabet({normalChar(1, "A")}, {{1.0}});
-  EXPECT_EQ(rf_ConfusionMatrix(&*alphabet, true),
-            "Confusion matrix:\n\t'A'\n'A'\t1.000\nConfusing pairs:\n");
-}
-
-TEST(ConfusionMatrix, IsEmptyWithoutAnythingToTell) {
-  const rzOCAlphabet empty;
-  const rzOCAlphabet raw(Models{normalChar(1, "A")});
-  EXPECT_EQ(rf_ConfusionMatrix(nullptr, true), "");
-  EXPECT_EQ(rf_ConfusionMatrix(&empty, true), "");
-  EXPECT_EQ(rf_ConfusionMatrix(&raw, true), "");
-}
-
 TEST(AlphabetReport, RecordsCharactersBelowTheAlphabetAndMasksBelowCharacters) {
   const rzOCAlphabet alphabet(
       Models{new rzOCModel(65, corneredImage(), rowMask(), kArea, rzOCModel::eNormal, "A", "tall"),
@@ -130,20 +116,6 @@ TEST(AlphabetReport, RecordsCharactersBelowTheAlphabetAndMasksBelowCharacters) {
   EXPECT_FALSE(box.isFilled());
 }
 
-TEST(AlphabetReport, AxesAreHalfTheShorterSideButNeverTooShortToSee) {
-  for (const auto& [area, length] : {std::pair{rzPelRect(4, 4, 2, 2), 3.0},
-                                     {rzPelRect(3, 4, 8, 6), 3.0},
-                                     {kArea, 3.5},
-                                     {kWindow, 4.0}}) {
-    const rzOCAlphabet alphabet(Models{new rzOCModel(65, corneredImage(), area)});
-    rzDiagObject diag;
-    rf_AddAlphabet(&diag, &alphabet, "", true);
-    const auto& axes = only<rzGraphicSimple<rzCoordAxes>>(diag.diagRecord(1)->graphics()[1]);
-    EXPECT_EQ(axes.shape(), rzCoordAxes({0, 0}, {length, 0}, {0, length}));
-    EXPECT_EQ(axes.color(), rzColor::blueColor());
-  }
-}
-
 TEST(AlphabetReport, CompiledAlphabetShowsItsTableInTheGeneralText) {
   const auto alphabet = compiledAlphabet({normalChar(1, "A")}, {{1.0}});
   rzDiagObject diag;
@@ -151,14 +123,6 @@ TEST(AlphabetReport, CompiledAlphabetShowsItsTableInTheGeneralText) {
   EXPECT_THAT(outline(diag), ElementsAre("0 Letters (Alphabet general info)"));
   EXPECT_THAT(record->texts()[0].content,
               EndsWith("  isCompiled = true\n" + rf_ConfusionMatrix(&*alphabet, true) + "\n"));
-}
-
-TEST(AlphabetReport, NothingIsDoneForNull) {
-  const rzOCAlphabet alphabet;
-  rzDiagObject diag;
-  EXPECT_EQ(rf_AddAlphabet(nullptr, &alphabet, "", true), nullptr);
-  EXPECT_EQ(rf_AddAlphabet(&diag, nullptr, "", true), nullptr);
-  EXPECT_THAT(outline(diag), IsEmpty());
 }
 
 TEST(AlphabetReport, CompilationRecordsWhatIsAskedForAndComputesTheSame) {
@@ -182,12 +146,6 @@ TEST(AlphabetReport, CompilationRecordsWhatIsAskedForAndComputesTheSame) {
   rzDiagObject second;
   watched.compile(&second, rzDiagDefs::eInputs);
   EXPECT_THAT(second.diagRecord(0)->texts()[0].content, HasSubstr("isCompiled = true"));
-}
-
-TEST(AlphabetReport, TypesThatAreNoneAreNamedSo) {
-  EXPECT_EQ(rf_CharTypeName(rzOCModel::eNormal), "eNormal");
-  EXPECT_EQ(rf_CharTypeName(rzOCModel::eBlank), "eBlank");
-  EXPECT_EQ(rf_CharTypeName(static_cast<rzOCModel::CharType>(2)), "InvalidEnumValue");
 }
 
 }  // namespace

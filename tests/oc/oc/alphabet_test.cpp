@@ -34,20 +34,6 @@ rzPtrHandle<rzOCAlphabet> fourCharacters() {
   return compiledAlphabet({normalChar(10), normalChar(20), blankChar(30), normalChar(40)}, values);
 }
 
-TEST(Alphabet, DefaultCountsAsCompiled) {
-  const rzOCAlphabet alphabet;
-  EXPECT_TRUE(alphabet.isCompiled());
-  EXPECT_EQ(alphabet.numChars(), 0);
-  EXPECT_EQ(failureOf([&] { alphabet.confusion(1, 2); }), kNoCharacter);
-}
-
-TEST(Alphabet, OtherConstructorsStartNotCompiled) {
-  EXPECT_FALSE(rzOCAlphabet(Models{}).isCompiled());
-  const std::vector<rzPtrHandle<rzOCModel>> changeable = {new rzOCModel};
-  EXPECT_FALSE(rzOCAlphabet(changeable, 0.5).isCompiled());
-  EXPECT_EQ(failureOf([] { rzOCAlphabet(Models{normalChar(1), normalChar(1)}); }), kSameSupplied);
-}
-
 TEST(Alphabet, ThresholdIsTestedBeforeTheCharacters) {
   const Models twins = {normalChar(1), normalChar(1)};
   const std::string refused = "rzOCDefs::BadParams: Confusion threshold must be between 0 and 1.";
@@ -60,40 +46,10 @@ TEST(Alphabet, ThresholdIsTestedBeforeTheCharacters) {
   }
 }
 
-TEST(Alphabet, FindsCharactersByKey) {
-  const auto alphabet = fourCharacters();
-  EXPECT_EQ(alphabet->characterIndex(30), 2);
-  EXPECT_EQ(alphabet->characterIndex(31), -1);
-  EXPECT_EQ(alphabet->character(40).rep(), alphabet->characters()[3].rep());
-  EXPECT_EQ(failureOf([&] { alphabet->character(31); }), kNoCharacter);
-}
-
-TEST(Alphabet, AddAppendsAndUndoesCompilation) {
-  const auto alphabet = fourCharacters();
-  const rzOCAlphabet copy = *alphabet;
-  alphabet->add(Models{normalChar(7), normalChar(5)});
-  EXPECT_THAT(keysOf(*alphabet), ElementsAre(10, 20, 30, 40, 7, 5));
-  EXPECT_FALSE(alphabet->isCompiled());
-  EXPECT_TRUE(copy.isCompiled());
-  EXPECT_EQ(copy.confusion(20, 10), 0.1);
-}
-
 TEST(Alphabet, AddOfNothingStillUndoesCompilation) {
   const auto alphabet = fourCharacters();
   alphabet->add(Models{});
   EXPECT_FALSE(alphabet->isCompiled());
-}
-
-TEST(Alphabet, AnnouncesNewCharactersAndThresholdsButNotNames) {
-  rzOCAlphabet alphabet;
-  alphabet.name("n");
-  alphabet.remove(std::vector<rzLong>{});
-  EXPECT_EQ(alphabet.mutationCount(), 0u);
-  alphabet.confusionThreshold(0.25, true);
-  alphabet.add(normalChar(1));
-  alphabet.remove(1);
-  alphabet.characters(Models{});
-  EXPECT_EQ(alphabet.mutationCount(), 4u);
 }
 
 TEST(Alphabet, RefusedListsChangeNothing) {
@@ -190,22 +146,6 @@ TEST(Alphabet, QuestionsFailInTheOrderToldOfThem) {
   EXPECT_EQ(failureOf([&] { compiled->areConfusable(10, 21); }), kNoCharacter);
 }
 
-TEST(Alphabet, EqualityLooksAtOrderNameThresholdAndStateButNotAtTables) {
-  const Models models = {normalChar(1), normalChar(2)};
-  const rzOCAlphabet alphabet(models, 0.5, false, "by hand");
-  EXPECT_EQ(alphabet, rzOCAlphabet(models, 0.5, false, "by hand"));
-  EXPECT_NE(alphabet, rzOCAlphabet(Models{models[1], models[0]}, 0.5, false, "by hand"));
-  EXPECT_NE(alphabet, rzOCAlphabet(Models{models[0]}, 0.5, false, "by hand"));
-  EXPECT_NE(alphabet, rzOCAlphabet(models, 0.5, false, "another"));
-  const rzOCAlphabet near(models, 0.5001, false, "by hand");
-  EXPECT_NE(alphabet, near);
-  EXPECT_TRUE(rfRealEq(alphabet, near, 0.001));
-  EXPECT_FALSE(rfRealEq(alphabet, near, 0.00001));
-  const auto compiled = compiledAlphabet(models, {{1, 0}, {0, 1}});
-  EXPECT_NE(alphabet, *compiled);
-  EXPECT_EQ(*compiled, *compiledAlphabet(models, {{1, 0.5}, {0.5, 1}}));
-}
-
 TEST(AlphabetArchive, RoundTripKeepsTablesAndSharing) {
   const Model shared = normalChar(10);
   const auto alphabet = compiledAlphabet({shared, blankChar(20)}, {{1, 0.25}, {0.75, 1}});
@@ -217,29 +157,6 @@ TEST(AlphabetArchive, RoundTripKeepsTablesAndSharing) {
   EXPECT_EQ(loaded.characterOffset(20, 10), shift(1, 0));
   EXPECT_EQ(stored(loaded), bytes);
   EXPECT_TRUE(everyTruncationIsRefused(bytes, rzOCAlphabet(Models{normalChar(3)})));
-}
-
-TEST(AlphabetArchive, OneModelOfTwoAlphabetsIsWrittenOnce) {
-  Model shared = normalChar(10);
-  std::vector<rzPtrHandle<rzOCAlphabet>> pair = {new rzOCAlphabet(Models{shared}),
-                                                 new rzOCAlphabet(Models{shared})};
-  Bytes bytes;
-  auto out = rzArchive::storingTo(bytes);
-  rf_SerializeHandles(out, pair);
-  auto in = rzArchive::loadingFrom(bytes);
-  rf_SerializeHandles(in, pair);
-  EXPECT_NE(pair[0].rep(), pair[1].rep());
-  EXPECT_EQ(pair[0]->character(10).rep(), pair[1]->character(10).rep());
-}
-
-TEST(AlphabetArchive, VersionZeroHasNoTables) {
-  Bytes bytes = alphabetBytes({normalChar(10)}, false, rzNMMatrix(), {});
-  bytes.front() = 0;
-  bytes.resize(bytes.size() - 8 - 5);  // matrix without elements, offsets without rows
-  const auto alphabet = fourCharacters();
-  load(*alphabet, bytes);
-  EXPECT_THAT(keysOf(*alphabet), ElementsAre(10));
-  EXPECT_FALSE(alphabet->isCompiled());
 }
 
 TEST(AlphabetArchive, TablesOfAnotherSizeAreRefusedOnlyIfTheyCount) {

@@ -164,20 +164,6 @@ TEST(CompileBlank, StandsAloneAgainstBlanksAndNormalCharactersNeverPassForIt) {
   EXPECT_EQ(alphabet.characterOffset('F', kBlankKey), rzXform<2>());
 }
 
-TEST(CompileBlank, FewCharactersAreMeasuredByTheWeakestAlone) {
-  Models models = {stripes(1, 12), stripes(2, 6), stripes(3, 2)};
-  models.push_back(blank());
-  models.push_back(stripes(4, 3));
-  const rzOCAlphabet alphabet = compiled(models);
-  EXPECT_THAT(rowOf(alphabet, kBlankKey), ElementsAre(0.0, 0.0, 0.0, 1.0, 0.0));
-  const std::vector<rzXform<2>> offsets = offsetsOf(alphabet, kBlankKey);
-  EXPECT_GT(offsets[0].trans().x(), 0.0);  // the weakest score
-  EXPECT_EQ(offsets[0].trans().y(), 0.0);  // by which it falls below itself
-  EXPECT_EQ(offsets[0].matrix(), rzMatrix<2>());
-  EXPECT_EQ(std::vector<rzXform<2>>(offsets.begin() + 1, offsets.end()),
-            std::vector<rzXform<2>>(4));
-}
-
 TEST(CompileBlank, WhatShowsLessThanTheWeakestQuarterCanPassForIt) {
   Models models = {blank()};
   for (rzLong width = 2; width < 10; ++width) models.push_back(stripes(width, width));
@@ -266,19 +252,6 @@ TEST(Compile, AStopLeavesTheAlphabetNotCompiledAndALaterCallStartsAgain) {
   EXPECT_EQ(failureOf([&] { alphabet.confusion('F', 'R'); }), "rzOCDefs::NotCompiled: ");
   alphabet.compile();
   EXPECT_EQ(rowOf(alphabet, 'F'), rowOf(compiled(fiveLetters()), 'F'));
-}
-
-TEST(Compile, DoesNothingTwiceAndChangesNothingWhenItRecords) {
-  rzOCAlphabet alphabet(fiveLetters());
-  rzDiagObject diag;
-  alphabet.compile(&diag, 0x8000);
-  EXPECT_EQ(diag.numRecords(), 0);
-  EXPECT_EQ(rowOf(alphabet, 'R'), rowOf(compiled(fiveLetters()), 'R'));
-  const auto changes = alphabet.mutationCount();
-  alphabet.compile(&diag, rzDiagDefs::eDetails);
-  EXPECT_EQ(alphabet.mutationCount(), changes);
-  ASSERT_EQ(diag.numRecords(), 1);
-  EXPECT_EQ(diag.diagRecord(0)->annotation(), "Alphabet Compilation Details");
 }
 
 TEST(Compile, TablesSurviveTheArchive) {

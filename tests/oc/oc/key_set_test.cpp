@@ -27,13 +27,6 @@ const std::string kNotMember =
 const std::string kNoOverride =
     "rzOCDefs::BadKey: There are no confusion keys overrides for the specified key.";
 
-TEST(KeySet, DefaultIsAPureWildcard) {
-  const rzOCKeySet set;
-  EXPECT_TRUE(set.isCurrentWildcard());
-  EXPECT_EQ(set.currentKeyIndex(), -1);
-  EXPECT_EQ(failureOf([&] { set.currentKey(); }), kWildcardKey);
-}
-
 TEST(KeySet, ConstructionNamesTheFirstFault) {
   struct {
     Keys keys;
@@ -85,18 +78,6 @@ INSTANTIATE_TEST_SUITE_P(
         IndicesCase{"too_large", {0, 3}, kBadIndices, "nothing", "nothing", "nothing"},
         IndicesCase{"too_small", {-2}, kBadIndices, "nothing", "nothing", "nothing"}),
     [](const auto& test) { return std::string(test.param.name); });
-
-TEST(KeySet, CurrentKeysFollowTheIndices) {
-  rzOCKeySet set({50, 60, 70}, Keys{2, 0});
-  EXPECT_THAT(set.currentKeys(), ElementsAre(70, 50));
-  EXPECT_EQ(failureOf([&] { set.currentKeyIndex(9); }), kNotOne);
-  set.currentKeyIndices({1});
-  EXPECT_EQ(failureOf([&] { set.currentKeyIndex(3); }), kBadOneIndex);
-  EXPECT_EQ(failureOf([&] { set.currentKeyIndex(-2); }), kBadOneIndex);
-  EXPECT_EQ(set.currentKey(), 60);
-  set.currentKeyIndex(-1);
-  EXPECT_TRUE(set.isCurrentWildcard());
-}
 
 TEST(KeySet, NewKeysDropOverridesUnlessRefused) {
   rzOCKeySet set({50, 60, 70}, 2);
@@ -154,21 +135,6 @@ TEST(KeySetOverrides, OneListForEachKey) {
   EXPECT_EQ(failureOf([&] { set.confusionOverrides(9, {}); }), kNotMember);
   EXPECT_EQ(failureOf([&] { set.hasConfusionOverrides(9); }), kNotMember);
   EXPECT_EQ(failureOf([&] { set.removeConfusionOverrides(9); }), kNotMember);
-}
-
-TEST(KeySetOverrides, OrderOfEntryDoesNotCountOrderInAListDoes) {
-  rzOCKeySet a({1, 2}, 0);
-  rzOCKeySet b = a;
-  a.confusionOverrides(1, {10, 11});
-  EXPECT_NE(a, b);
-  a.confusionOverrides(2, {20});
-  b.confusionOverrides(2, {20});
-  b.confusionOverrides(1, {10, 11});
-  EXPECT_EQ(a, b);
-  b.confusionOverrides(1, {11, 10});
-  EXPECT_NE(a, b);
-  EXPECT_NE(rzOCKeySet({1, 2}, 0), rzOCKeySet({2, 1}, 0));
-  EXPECT_NE(rzOCKeySet({1, 2}, 0), rzOCKeySet({1, 2}, 1));
 }
 
 // A key set written field by field, in the form of any version.

@@ -41,14 +41,6 @@ rzOCLineArrangement twoLines() {
                              Doubles{0, 1}, Radians{rzRadian(0), rzRadian(0.1)}, "label");
 }
 
-TEST(Arrangement, StepFormRepeatsTheStep) {
-  const rz2Rigid step = rigid(30, 0, 20);
-  const rzOCLineArrangement lines(Lines{line(), line(), line()}, step, 2.0, rzRadian(0.5));
-  EXPECT_THAT(lines.linePoses(), ElementsAre(rz2Rigid(), step, step * step));
-  EXPECT_THAT(lines.translationUncertainties(), ElementsAre(2, 2, 2));
-  EXPECT_EQ(lines.rotationUncertainties().size(), 3u);
-}
-
 TEST(Arrangement, ConstructionNamesTheFirstFault) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const Lines one = {line()};
@@ -79,41 +71,6 @@ TEST(Arrangement, ConstructionNamesTheFirstFault) {
   EXPECT_EQ(failure(changeable, Poses(1), Doubles{0}, Radians{good}), "nothing");
 }
 
-TEST(Arrangement, EncloseJoinsThePlacedLines) {
-  const auto reach = [](const rzOCLineArrangement& a, const rz2Rigid& pose) {
-    return a.encloseRect(pose.linear(), kIdentity, kIdentity, 0, rzRadian(0), 0, false);
-  };
-  const rzOCLineArrangement lines(Lines{line(), line()}, rigid(0, 0, 30), 1.0);
-  EXPECT_EQ(reach(lines, rigid(0, 5, 6)), rzRect(4, 5, 22, 42));
-  EXPECT_EQ(reach(rzOCLineArrangement(), rigid(0, 5, 6)), rzRect());
-  // A line on which nothing is placed still counts with its default rectangle: the origin.
-  const rzPtrHandle_const<rzOCLine> none(new rzOCLine);
-  const rzOCLineArrangement withNone(Lines{none, line()}, rigid(0, 100, 0));
-  EXPECT_EQ(reach(withNone, rigid(0, 5, 6)), rzRect(5, 6, 120, 10));
-  EXPECT_EQ(failureOf([&] {
-              lines.encloseRect(kIdentity, kIdentity, kIdentity, 0, rzRadian(0), -1, false);
-            }),
-            "rzOCDefs::BadParams: Scale uncertainty must be >= 0");
-}
-
-TEST(Arrangement, EqualityIsByContent) {
-  const rzOCLineArrangement lines = twoLines();
-  EXPECT_EQ(lines, twoLines());
-  const auto with = [&](const Lines& l, const Poses& p, double t, double r, const char* name) {
-    return rzOCLineArrangement(l, p, Doubles(l.size(), t), Radians(l.size(), rzRadian(r)), name);
-  };
-  const Poses poses = {rz2Rigid(), rigid(5, 1, 1)};
-  const Lines two = {line(), line()};
-  const rzOCLineArrangement base = with(two, poses, 1, 2, "n");
-  EXPECT_EQ(base, with(two, poses, 1, 2, "n"));
-  EXPECT_NE(base, with({line()}, Poses(1), 1, 2, "n"));
-  EXPECT_NE(base, with({line(), new rzOCLine}, poses, 1, 2, "n"));
-  EXPECT_NE(base, with(two, Poses(2), 1, 2, "n"));
-  EXPECT_NE(base, with(two, poses, 3, 2, "n"));
-  EXPECT_NE(base, with(two, poses, 1, 3, "n"));
-  EXPECT_NE(base, with(two, poses, 1, 2, "m"));
-}
-
 TEST(ChangeCurrentKey, ChangesOnePositionAndSharesTheRest) {
   const rzOCLineArrangement source = twoLines();
   const auto changed = rfOCChangeCurrentKey(source, 1, 0, 2);
@@ -125,13 +82,6 @@ TEST(ChangeCurrentKey, ChangesOnePositionAndSharesTheRest) {
   EXPECT_EQ(changed->lines()[1]->character(1)->key(), 1);
   EXPECT_THAT(changed->lines()[1]->keySetSequence()[0].confusionOverrides(2), ElementsAre(7));
   EXPECT_EQ(*rfOCChangeCurrentKey(*changed, 1, 0, 1), source);
-}
-
-TEST(ChangeCurrentKey, WithoutKeyMakesAWildcardOfTheSamePossibleKeys) {
-  const auto changed = rfOCChangeCurrentKey(twoLines(), 0, 1);
-  const rzOCKeySet& keySet = changed->lines()[0]->keySetSequence()[1];
-  EXPECT_TRUE(keySet.isCurrentWildcard());
-  EXPECT_THAT(keySet.keys(), ElementsAre(3, 1, 2));
 }
 
 TEST(ChangeCurrentKeys, TakesKeysInOrderAndNamesInAlphabetOrder) {

@@ -50,16 +50,6 @@ struct LineArguments {
   }
 };
 
-TEST(Line, StepFormRepeatsTheStep) {
-  const rz2Rigid step = rigid(100, 10, 1);
-  const rzOCLine line(KeySets(3), alphabet(), step, 2.0, 0.5, rzRadian(0.1), 0.25);
-  EXPECT_THAT(line.charPoses(), ElementsAre(rz2Rigid(), step, step * step));
-  EXPECT_EQ(line.charPoses()[2].angle().toDouble(), 200);
-  EXPECT_THAT(line.charScales(), ElementsAre(2.0, 2.0, 2.0));
-  EXPECT_THAT(line.rotationUncertainties(),
-              ElementsAre(rzRadian(0.1), rzRadian(0.1), rzRadian(0.1)));
-}
-
 TEST(Line, StepAndPosesFormsNameTheFirstFault) {
   struct {
     const char* name;
@@ -183,28 +173,6 @@ TEST(Line, VectorsFormTestsLengthsThenPositionByPosition) {
   }
 }
 
-TEST(Line, AnswersForItsPositions) {
-  const KeySets keySets = {rzOCKeySet({1, 3}, Keys{1, 0}), rzOCKeySet({1}, -1), holding(3),
-                           rzOCKeySet({1}, Keys{})};
-  const rzOCLine line(keySets, alphabet(), rigid(0, 10, 0));
-  EXPECT_EQ(line.character(0)->key(), 3);
-  EXPECT_EQ(line.characters(0).at(1)->key(), 1);
-  EXPECT_EQ(line.numNormalChars(), 1);  // the blank and the wild card do not count
-  EXPECT_TRUE(line.isWildcard(1));
-  EXPECT_TRUE(line.characters(3).empty());
-  EXPECT_THROW(line.character(3), rzOCDefs::BadParams);
-  const std::string wildcard =
-      "rzOCDefs::BadIndex: The specified position contains a wildcard character.";
-  EXPECT_EQ(failureOf([&] { line.character(1); }), wildcard);
-  EXPECT_EQ(failureOf([&] { line.characters(1); }), wildcard);
-  for (const rzLong position : {-1, 4}) {
-    const std::string invalid = "rzOCDefs::BadIndex: Invalid position index.";
-    EXPECT_EQ(failureOf([&] { line.isWildcard(position); }), invalid);
-    EXPECT_EQ(failureOf([&] { line.character(position); }), invalid);
-    EXPECT_EQ(failureOf([&] { line.characters(position); }), invalid);
-  }
-}
-
 rzRect reach(const rzOCLine& line, bool includeConfusable = false) {
   return line.encloseRect(kIdentity, kIdentity, kIdentity, 0, rzRadian(0), 0, includeConfusable);
 }
@@ -217,20 +185,6 @@ TEST(LineEnclose, JoinsThePlacedCharacters) {
   const rzXform<2> half(rzMatrix<2>(0.5, 0, 0, 0.5), rzVector<2>(1, 2));
   EXPECT_EQ(line.encloseRect(half, kIdentity, kIdentity, 3, rzRadian(0), 0, false),
             rzRect(48, 19, 24, 21));
-}
-
-TEST(LineEnclose, AddsItsOwnUncertaintiesToThoseOfTheCall) {
-  const rzOCLine line({holding(1)}, alphabet(), rz2Rigid(), 1.0, 2.0);
-  EXPECT_EQ(line.encloseRect(kIdentity, kIdentity, kIdentity, 1, rzRadian(0), 0, false),
-            rzRect(-3, -3, 14, 16));
-  // The second scale acts about the given origin, here the upper left corner of the widened box.
-  EXPECT_EQ(line.encloseRect(kIdentity, shift(-2, -2), kIdentity, 0, rzRadian(0), 0.5, false),
-            rzRect(-2, -2, 18, 21));
-}
-
-TEST(LineEnclose, NothingPlacedGivesTheDefaultRectangle) {
-  EXPECT_EQ(reach(rzOCLine()), rzRect());
-  EXPECT_EQ(reach(rzOCLine(KeySets(2), alphabet(), rigid(0, 10, 0))), rzRect());
 }
 
 TEST(LineEnclose, TakesConfusableCharactersInTheDirectionFromTheCurrentKey) {
@@ -257,28 +211,6 @@ TEST(LineEnclose, ConfusableNeedsACompiledAlphabetOnlyWhereItAsks) {
               rzOCLine().encloseRect(kIdentity, kIdentity, kIdentity, 0, rzRadian(kNan), 0, true);
             }),
             "rzOCDefs::BadParams: Rotation uncertainty must be >= 0");
-}
-
-TEST(Line, EveryArgumentCountsForEquality) {
-  void (*const changes[])(LineArguments&) = {
-      [](LineArguments& a) { a.keySets[1] = holding(1); },
-      [](LineArguments& a) { a.alphabet = new rzOCAlphabet(a.alphabet->characters()); },
-      [](LineArguments& a) { a.poses[1] = rigid(365, 12, 1); },
-      [](LineArguments& a) { a.scales[1] = 3; },
-      [](LineArguments& a) { a.translations[1] = 3; },
-      [](LineArguments& a) { a.rotations[1] = rzRadian(3); },
-      [](LineArguments& a) { a.scaleUncertainties[1] = 3; },
-      [](LineArguments& a) { a.name = "other"; },
-  };
-  const rzOCLine line = LineArguments().make();
-  LineArguments twin;
-  twin.alphabet = new rzOCAlphabet(*alphabet());
-  EXPECT_EQ(twin.make(), line);  // alphabets count by what they hold
-  for (std::size_t i = 0; i < std::size(changes); ++i) {
-    LineArguments changed;
-    changes[i](changed);
-    EXPECT_NE(changed.make(), line) << "change " << i;
-  }
 }
 
 TEST(LineArchive, RoundTripKeepsEverything) {

@@ -25,14 +25,6 @@ const Image kUnbound;
 const rzPelRect kSmaller(1, 1, 6, 6);
 const rzPelRect kOutside(4, 4, 8, 10);
 
-TEST(Model, DefaultIsABlankWithoutImage) {
-  const rzOCModel model;
-  EXPECT_EQ(model.key(), -1);
-  EXPECT_EQ(model.charType(), rzOCModel::eBlank);
-  EXPECT_FALSE(model.image().isBound() || model.mask().isBound());
-  EXPECT_EQ(model.imageArea(), rzPelRect());
-}
-
 struct ConstructionCase {
   const char* name;
   Image image;
@@ -101,43 +93,6 @@ TEST(Model, ItsOwnImageCanServeAsMask) {
 
 using Change = std::function<void(rzOCModel&)>;
 
-TEST(Model, EveryFieldCountsForEquality) {
-  const rzOCModel model(7, greyImage(), greyImage(), kSmaller, rzOCModel::eNormal, "a", "letter");
-  Image shifted = greyImage();
-  shifted.clientFromImageXform(shift(1, 0));
-  const std::vector<Change> changes = {
-      [](rzOCModel& m) { m.key(8); },
-      [](rzOCModel& m) { m.name("b"); },
-      [](rzOCModel& m) { m.description("Letter"); },
-      [](rzOCModel& m) { m.imageArea(rzPelRect(1, 1, 6, 7)); },
-      [](rzOCModel& m) { m.image(greyImage(kCharWindow, 101)); },
-      [](rzOCModel& m) { m.mask(greyImage(kCharWindow, 101)); },
-      [](rzOCModel& m) { m.mask(Image()); },
-      [&](rzOCModel& m) { m.image(shifted); },
-      [&](rzOCModel& m) { m.mask(shifted); },
-      [](rzOCModel& m) {
-        m.model(greyImage({0, 0, 9, 10}), greyImage({0, 0, 9, 10}));
-      },
-  };
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    rzOCModel other = model;
-    EXPECT_EQ(other, model);
-    changes[i](other);
-    EXPECT_NE(other, model) << "change " << i;
-    EXPECT_FALSE(rfRealEq(other, model, 1e-3)) << "change " << i;
-  }
-}
-
-TEST(Model, TransformsMayDifferByEpsilonUnderRealEq) {
-  rzOCModel model(7, greyImage(), kSmaller);
-  Image moved = greyImage();
-  moved.clientFromImageXform(shift(1e-4, 0));
-  const rzOCModel other(7, moved, kSmaller);
-  EXPECT_NE(model, other);
-  EXPECT_TRUE(rfRealEq(model, other, 1e-3));
-  EXPECT_FALSE(rfRealEq(model, other, 1e-5));
-}
-
 TEST(ModelArchive, RoundTripKeepsEverything) {
   Image shifted = greyImage();
   shifted.clientFromImageXform(rzXform<2>(rzMatrix<2>(0.1, 0.3, -0.3, 0.1), rzVector<2>(2, 3)));
@@ -162,22 +117,6 @@ Bytes versionZeroBytes(rzOCModel& model) {
   archive << static_cast<rzULong>(model.charType()) << model.name();
   rf_PersistenceHelper<rzLong>(archive, area);
   return bytes;
-}
-
-TEST(ModelArchive, VersionZeroHadNoDescription) {
-  rzOCModel model(7, greyImage(), kSmaller, rzOCModel::eNormal, "a");
-  rzOCModel loaded;
-  loaded.description("to be dropped");
-  load(loaded, versionZeroBytes(model));
-  EXPECT_EQ(loaded, model);
-  EXPECT_EQ(stored(loaded).front(), 1);
-}
-
-TEST(ModelArchive, NewerVersionIsRefused) {
-  rzOCModel model;
-  Bytes bytes = stored(model);
-  bytes.front() = 2;
-  EXPECT_THROW(load(model, bytes), rzArchive::UnknownVersion);
 }
 
 TEST(ModelArchive, ContentIsTakenAsItStands) {

@@ -55,11 +55,4 @@ TEST(CharInstances, KeysBecomeUniqueInPlace) {
   }
 }
 
-TEST(CharInstances, OtherCodesDoNotCompete) {
-  Keys keys = {rzOCCharKey(65, 0), rzOCCharKey(66, 0), rzOCCharKey(65, 0), rzOCCharKey(66, -1)};
-  EXPECT_TRUE(rzOCChar::makeUniqueInstanceKeys(keys));
-  EXPECT_THAT(keys, testing::ElementsAre(rzOCCharKey(65, 0), rzOCCharKey(66, 0), rzOCCharKey(65, 1),
-                                         rzOCCharKey(66, 1)));
-}
-
 }  // namespace

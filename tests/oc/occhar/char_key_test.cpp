@@ -15,17 +15,6 @@ Fields fieldsOf(const rzOCCharKey& key) {
   return {static_cast<rzLong>(key.characterCode()), key.instance(), key.variant(), key.fontID()};
 }
 
-TEST(CharKey, DefaultEqualsItselfButMatchesNothing) {
-  const rzOCCharKey none;
-  EXPECT_TRUE(none == rzOCCharKey());
-  EXPECT_FALSE(none != rzOCCharKey());
-  EXPECT_FALSE(none < rzOCCharKey());
-  EXPECT_FALSE(none.isMatch(rzOCCharKey()));
-  EXPECT_TRUE(none.equalCharacterCode(rzOCCharKey(0xF800, 3)));
-  EXPECT_FALSE(none.isCharacterCodeKnown() || none.isInstanceSpecified() ||
-               none.isVariantSpecified() || none.isFontIDSpecified());
-}
-
 TEST(CharKey, UnspecifiedFieldsMatchAnythingBothWays) {
   struct {
     rzOCCharKey a, b;
@@ -67,36 +56,6 @@ TEST(CharKey, OrderIsByCodeThenFontThenInstanceThenVariantWithUnsetLast) {
   }
 }
 
-TEST(CharKey, CharacterFormsAreThoseOfTheCode) {
-  EXPECT_EQ(static_cast<char>(rzOCCharKey(65)), 'A');
-  EXPECT_EQ(static_cast<wchar_t>(rzOCCharKey(0x1F600)), static_cast<wchar_t>(0x1F600));
-  EXPECT_TRUE(rzOCCharKey(0xA0).isSpace());
-  EXPECT_FALSE(rzOCCharKey(0x394).isRepresentableAsTChar());
-  EXPECT_THROW(static_cast<void>(static_cast<char>(rzOCCharKey(0x394))),
-               rzCharCodeDefs::NotRepresentable);
-  EXPECT_THROW(static_cast<void>(static_cast<wchar_t>(rzOCCharKey())),
-               rzCharCodeDefs::NotRepresentable);
-}
-
-TEST(CharKey, TextPrintsUnsetFieldsAsNumbers) {
-  EXPECT_EQ(rf_OCCharKeyText(rzOCCharKey(65, 3, -1, 7)),
-            "Character code : 65\nInstance : 3\nVariant : -1\nFontID : 7\n");
-  EXPECT_EQ(rf_OCCharKeyText(rzOCCharKey(0xFFFFFFFF)).substr(0, 28),
-            "Character code : 4294967295\n");
-}
-
-TEST(CharKey, RecordHasTheFieldsInTheOrderOfTheConstructor) {
-  roc_charKey record = {1, 2, 3, 4};
-  rzOCCharKey key;
-  key.setKey(record);
-  EXPECT_EQ(fieldsOf(key), (Fields{1, 2, 3, 4}));
-  rzOCCharKey(5, 6, 7, 8).getKey(record);
-  EXPECT_EQ(record.characterCode, 5u);
-  EXPECT_EQ(record.instance, 6);
-  EXPECT_EQ(record.variant, 7);
-  EXPECT_EQ(record.fontID, 8);
-}
-
 TEST(CharKey, ArchiveKeepsTheFontBeforeTheVariant) {
   const Bytes expected = {1, 65, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0, 3, 0, 0, 0};
   Bytes bytes;
@@ -107,15 +66,6 @@ TEST(CharKey, ArchiveKeepsTheFontBeforeTheVariant) {
   rzArchive in = rzArchive::loadingFrom(bytes);
   in >> key;
   EXPECT_EQ(fieldsOf(key), (Fields{65, 2, 3, 4}));
-}
-
-TEST(CharKey, ArchiveOfVersionZeroHasNoVariant) {
-  const Bytes bytes = {0, 65, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0};
-  rzOCCharKey key(1, 1, 1, 1);
-  rzArchive in = rzArchive::loadingFrom(bytes);
-  in >> key;
-  EXPECT_EQ(fieldsOf(key), (Fields{65, 2, -1, 4}));
-  EXPECT_EQ(in.remaining(), 0u);
 }
 
 TEST(CharKey, UnreadableArchiveLeavesTheKeyAlone) {

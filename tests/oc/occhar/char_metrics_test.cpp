@@ -32,16 +32,6 @@ rzPelBuffer<unsigned char> bentImage() {
   return image;
 }
 
-TEST(CharMetrics, FreshObjectHasNothingToGive) {
-  const Metrics metrics;
-  for (const Metrics::RectType type : kTypes) {
-    EXPECT_FALSE(metrics.isRectSpecified(type));
-    EXPECT_THAT([&] { metrics.rect(type); }, Fails<rzOCDefs::RectNotSpecified>(""));
-  }
-  EXPECT_THAT([&] { metrics.advance(); }, Fails<rzOCDefs::MetricNotSpecified>(""));
-  EXPECT_FALSE(metrics.isBlank());
-}
-
 TEST(CharMetrics, StoredRectCountsOnlyOnceItIsMarked) {
   for (const Metrics::RectType type : kTypes) {
     Metrics metrics;
@@ -182,26 +172,6 @@ TEST(CharMetrics, BlankMeansAnEmptyMarkInEachSpaceThatIsSpecified) {
   }
 }
 
-TEST(CharMetrics, MakingBlankTouchesOnlyTheMarks) {
-  Metrics metrics;
-  specify(metrics, Metrics::eCellRect, rzRect(1.0, 2.0, 3.0, 4.0));
-  specify(metrics, Metrics::eMarkRect, rzRect(1.0, 2.0, 3.0, 4.0));
-  metrics.makeBlank();
-  EXPECT_TRUE(metrics.isBlank());
-  EXPECT_EQ(metrics.cellRect(), rzRect(1.0, 2.0, 3.0, 4.0));
-  EXPECT_EQ(metrics.markRect(), rzRect());
-  EXPECT_TRUE(metrics.hasDetectedMarkRect());
-  EXPECT_FALSE(Metrics::blankMetrics().isRectSpecified(Metrics::eCellRect));
-}
-
-TEST(CharMetrics, EqualityLooksAtUnspecifiedValuesToo) {
-  Metrics a, b;
-  a.markRect(rzRect(1.0, 2.0, 3.0, 4.0));
-  EXPECT_FALSE(a == b);
-  b.markRect(rzRect(1.0, 2.0, 3.0, 4.0));
-  EXPECT_TRUE(a == b);
-}
-
 roc_charMetrics filledRecord() {
   return {0xFFFFFFFF, 7, {1, 2, 3, 4},         {5, 6, -7, 8},        {9, 10, 11, 12},
           -3,         0, {0.1, 0.2, 0.3, 0.4}, {1.1, 1.2, 1.3, 1.4}, {2.1, 2.2, 2.3, 2.4},
@@ -252,32 +222,6 @@ TEST(CharMetrics, ArchiveBringsBackEqualMetricsAndNeverHalfOfThem) {
                 testing::Throws<rzArchive::UnknownVersion>(
                     testing::Property(&rzArchive::UnknownVersion::name, "oc/occhar")));
   }
-}
-
-TEST(CharMetrics, ArchiveHasTheFieldsInTheOrderOfTheObject) {
-  Metrics stored;
-  stored.setMetrics(filledRecord());
-  std::vector<unsigned char> bytes;
-  rzArchive out = rzArchive::storingTo(bytes);
-  out << stored;
-  rzArchive in = rzArchive::loadingFrom(bytes);
-  unsigned char version = 0;
-  rzULong rects = 0;
-  bool hasAdvance = false;
-  std::array<rzLong, 13> fixed{};
-  rzRect cell, mark, detected;
-  rzVector<2> advance;
-  in || version || rects || hasAdvance;
-  for (rzLong& number : fixed) in || number;
-  in || cell || mark || detected || advance;
-  EXPECT_EQ(version, 1);
-  EXPECT_EQ(rects, 63u);
-  EXPECT_TRUE(hasAdvance);
-  EXPECT_THAT(fixed, ElementsAre(1, 2, 3, 4, 5, 6, -7, 8, 9, 10, 11, 12, -3));
-  EXPECT_EQ(cell, rzRect(0.1, 0.2, 0.3, 0.4));
-  EXPECT_EQ(mark, rzRect(1.1, 1.2, 1.3, 1.4));
-  EXPECT_EQ(detected, rzRect(2.1, 2.2, 2.3, 2.4));
-  EXPECT_EQ(advance, rzVector<2>(3.5, 4.5));
 }
 
 }  // namespace

@@ -28,20 +28,6 @@ class CharBridge : public testing::Test {
   roc_char record_;
 };
 
-TEST_F(CharBridge, DefaultObjectGivesAnEmptyRecordWithBlankMetrics) {
-  rzOCChar().getCharacter(record_, false);
-  EXPECT_EQ(record_.polarity, 4);
-  EXPECT_EQ(record_.metrics.specifiedRects, 4u + 8 + 16 + 32);
-  EXPECT_EQ(record_.key.characterCode, 0xF800u);
-  EXPECT_EQ(record_.threshold, 128);
-  for (const rimg_imageConst* image :
-       {&record_.image, &record_.mask, &record_.normalizedImage, &record_.binarizedImage}) {
-    EXPECT_FALSE(rfConvertImage(*image).isBound());
-  }
-  EXPECT_STREQ(record_.name, "");
-  EXPECT_EQ(record_.description32[0], U'\0');
-}
-
 TEST_F(CharBridge, RecordFilledTwiceHoldsTheSecondOneAlone) {
   kit::filledChar().getCharacter(record_, true);
   const rzOCChar second;
@@ -75,21 +61,6 @@ TEST_F(CharBridge, DeepCopyKeepsThePelsOutsideTheWindow) {
   EXPECT_THAT(rowsOf(image), ElementsAre("2", "5"));
   EXPECT_EQ(image.entire(), rzPelRect(7, 8, 3, 2));
   EXPECT_FALSE(image.sharesRoot(c.image(false)));
-}
-
-TEST_F(CharBridge, StringsAreTakenAsTheyAreEachForItself) {
-  rzOCChar c = kit::filledChar();
-  c.setCharacter(record_, false);
-  EXPECT_EQ(c.name32(), U"");
-  EXPECT_EQ(c.name(), "");
-  EXPECT_EQ(c.description32(), U"");
-  ASSERT_EQ(rstd_string_cloneA("eight", &record_.name), RSYS_SUCCESS);
-  ASSERT_EQ(rstd_string_clone32(U"wide", &record_.description32), RSYS_SUCCESS);
-  c.setCharacter(record_, false);
-  EXPECT_EQ(c.name(), "eight");
-  EXPECT_EQ(c.name32(), U"");
-  EXPECT_EQ(c.description32(), U"wide");
-  EXPECT_THROW(c.description(), rzCharCodeDefs::NotRepresentable);
 }
 
 TEST_F(CharBridge, RecordIsTakenAsTheWholeNewState) {

@@ -25,59 +25,6 @@ rzOCCharMetrics detected() {
   return metrics;
 }
 
-TEST(Char, DefaultIsABlankOfUnknownPolarity) {
-  const rzOCChar c;
-  EXPECT_TRUE(c.metrics().isBlank());
-  EXPECT_EQ(c.polarity(), rzOCDefs::ePolarityUnknown);
-  EXPECT_FALSE(c.hasThresholdAndInvert());
-  EXPECT_THAT([&] { c.threshold(); }, Fails<rzOCDefs::ThresholdAndInvertNotSpecified>(""));
-  EXPECT_THAT([&] { c.invert(); }, Fails<rzOCDefs::ThresholdAndInvertNotSpecified>(""));
-  rzOCChar same;
-  same.hasThresholdAndInvert(true);
-  EXPECT_EQ(same.threshold(), 128);
-  EXPECT_FALSE(same.invert());
-}
-
-TEST(Char, CopiesEqualTheirSourceInEveryField) {
-  const rzOCChar c = kit::filledChar();
-  rzOCChar copy = c;
-  EXPECT_TRUE(copy == c);
-  EXPECT_TRUE(copy.image(false).sharesRoot(c.image(false)));
-  copy = *&copy;
-  EXPECT_TRUE(copy == c);
-  copy.reset();
-  EXPECT_TRUE(copy == rzOCChar());
-}
-
-TEST(Char, EachFieldTakesPartInEquality) {
-  const std::vector<std::function<void(rzOCChar&)>> changes = {
-      [](rzOCChar& c) { c.characterCode(66); },
-      [](rzOCChar& c) { c.polarity(rzOCDefs::eDarkOnLight); },
-      [](rzOCChar& c) { c.image(Image(), rzPelRect()); },
-      [](rzOCChar& c) { c.mask(picture({"#"}), rzPelRect()); },
-      [](rzOCChar& c) {
-        c.normalizedImage(picture({"1289", "8913"}, 10, 20), rzPelRect());
-      },
-      [](rzOCChar& c) { c.hasThresholdAndInvert(false); },
-      [](rzOCChar& c) { c.threshold(101); },
-      [](rzOCChar& c) { c.invert(false); },
-      [](rzOCChar& c) { c.imageArea(rzPelRect()); },
-      [](rzOCChar& c) { c.metrics(rzOCCharMetrics()); },
-      [](rzOCChar& c) { c.name("Delta"); },
-      [](rzOCChar& c) { c.description32(U"Greek \u0395"); },
-  };
-  const rzOCChar original = kit::filledChar();
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    rzOCChar changed = original;
-    changes[i](changed);
-    EXPECT_TRUE(changed != original) << i;
-    EXPECT_TRUE(original != changed) << i;
-  }
-  rzOCChar a, b;
-  b.threshold(7);
-  EXPECT_TRUE(a != b) << "threshold counts without hasThresholdAndInvert";
-}
-
 TEST(Char, DetectedMarkIsClearedByWhatItDependsOnAndByNothingElse) {
   const Image any = picture({"12"});
   struct {
@@ -107,34 +54,6 @@ TEST(Char, DetectedMarkIsClearedByWhatItDependsOnAndByNothingElse) {
     metrics.hasDetectedMarkRect(true);
     EXPECT_EQ(metrics.detectedMarkRect() == rzRect(), each.clears) << each.name;
   }
-}
-
-TEST(Char, UnknownPolarityIsRefused) {
-  rzOCChar c;
-  for (const rzLong number : {0, 3, 5, -1}) {
-    EXPECT_THAT([&] { c.polarity(static_cast<rzOCDefs::Polarity>(number)); },
-                Fails<rzOCDefs::BadParams>("Unknown polarity"));
-  }
-  EXPECT_EQ(c.polarity(), rzOCDefs::ePolarityUnknown);
-}
-
-TEST(Char, StringsComeInTwoFormsOfOneValue) {
-  rzOCChar c;
-  c.name("A\xE4");
-  EXPECT_EQ(c.name32(), (rzString32{U'A', char32_t{0xFFFFFFE4}}));
-  c.name32(rzString32(c.name32()));
-  EXPECT_EQ(c.name(), "A\xE4");
-  c.name32(U"\u00E4");
-  EXPECT_EQ(c.name(), "\xE4");
-  c.name32(U"ab\u0394cd");
-  EXPECT_EQ(c.name32(), U"ab\u0394cd");
-  EXPECT_THAT([&] { c.name(); }, Fails<rzCharCodeDefs::NotRepresentable>(""));
-  c.name32(U"");
-  EXPECT_EQ(c.name(), "");
-  c.description32(U"\u0394");
-  EXPECT_THROW(c.description(), rzCharCodeDefs::NotRepresentable);
-  c.description("d");
-  EXPECT_EQ(c.description32(), U"d");
 }
 
 TEST(Char, ThresholdIsCheckedBelowAtOnceAndAboveWhenItIsUsed) {
@@ -331,38 +250,6 @@ TEST(Char, ArchiveBringsBackAnEqualRecordAndNeverHalfOfOne) {
                 testing::Throws<rzArchive::UnknownVersion>(
                     testing::Property(&rzArchive::UnknownVersion::name, "oc/occhar")));
   }
-}
-
-TEST(Char, ArchiveHasTheFieldsInTheOrderOfTheObject) {
-  const rzOCChar c = kit::filledChar();
-  std::vector<unsigned char> bytes;
-  rzArchive out = rzArchive::storingTo(bytes);
-  out << c;
-  rzArchive in = rzArchive::loadingFrom(bytes);
-  unsigned char version = 0;
-  rzOCCharKey key;
-  rzLong polarity = 0, threshold = 0;
-  Image image, mask, normalized, binarized;
-  bool isCached = false, has = false, invert = false;
-  rzPelRect area;
-  rzOCCharMetrics metrics;
-  rzString32 name32, description32;
-  std::string name, description;
-  in || version || key || polarity || image || mask || normalized;
-  in || isCached || binarized || has || threshold || invert;
-  rf_PersistenceHelper<rzLong>(in, area);
-  in || metrics || name32 || description32 || name || description;
-  EXPECT_EQ(in.remaining(), 0u);
-  EXPECT_TRUE(version == 1 && key == c.key() && polarity == 2 && metrics == c.metrics());
-  EXPECT_THAT(rowsOf(image), ElementsAre("1234", "5678", "9876"));
-  EXPECT_THAT(rowsOf(mask), ElementsAre("####", "#..#", "####"));
-  EXPECT_THAT(rowsOf(normalized), ElementsAre("1289", "8912"));
-  EXPECT_THAT(rowsOf(binarized), ElementsAre("##..", "..##"));
-  EXPECT_TRUE(isCached && has && invert);
-  EXPECT_EQ(threshold, 100);
-  EXPECT_EQ(area, c.imageArea());
-  EXPECT_TRUE(name32 == U"delta" && name == "delta");
-  EXPECT_TRUE(description32 == U"Greek \u0394" && description.empty());
 }
 
 }  // namespace

@@ -99,16 +99,6 @@ TEST(MarkRect, ThresholdGreyIsBackgroundForDarkMarksAndMarkForLightOnes) {
   EXPECT_EQ(markCorners(row, Image(), row.window(), light)->lowerLeft, (rzPair<rzLong>(1, 1)));
 }
 
-TEST(MarkRect, BlankCharacterAndUnboundImage) {
-  rzRect rect(1.0, 1.0, 1.0, 1.0);
-  EXPECT_FALSE(
-      rf_DetectMarkRect_(Image(), rzPelRect(0, 0, 2, 2), Image(), true, Defs::eDarkOnLight, rect));
-  EXPECT_EQ(rect, rzRect());
-  EXPECT_THROW(
-      rf_DetectMarkRect_(Image(), rzPelRect(0, 0, 2, 2), Image(), false, Defs::eDarkOnLight, rect),
-      rzPel::UnboundWindow);
-}
-
 TEST(MarkRect, AreaLimitsTheSearchAndMustFit) {
   const Image image = picture({"1999", "9919", "9999"}, 10, 20);
   rzRect rect;
@@ -205,14 +195,6 @@ class Origin : public testing::Test {
   const rzVector<2> markCorner_{1.0, 2.0};
   const rzVector<2> goodCorner_{5.0, 9.0};
 };
-
-TEST_F(Origin, OfTheArea) {
-  rzVector<2> origin;
-  EXPECT_TRUE(rf_computeOriginImageCenter_(image_, area_, Image(), origin));
-  EXPECT_EQ(origin, rzVector<2>(2.0, 1.5));
-  EXPECT_TRUE(rf_computeOriginImageLowerLeft_(image_, area_, Image(), origin));
-  EXPECT_EQ(origin, areaCorner_);
-}
 
 TEST_F(Origin, OfTheDetectedMarkWithTheAreaToFallBackOn) {
   Image unbound;

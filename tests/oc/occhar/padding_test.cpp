@@ -27,14 +27,6 @@ Bytes filtered(Bytes row) {
   return row;
 }
 
-TEST(RowMedian, SmallRows) {
-  EXPECT_EQ(filtered({}), Bytes());
-  EXPECT_EQ(filtered({9, 1, 5}), (Bytes{9, 1, 5}));
-  EXPECT_EQ(filtered({10, 20, 30, 40}), (Bytes{20, 20, 30, 40}));
-  EXPECT_EQ(filtered({40, 30, 20, 10}), (Bytes{40, 30, 20, 20}));
-  EXPECT_EQ(filtered({0, 255, 0, 0, 0}), (Bytes{255, 0, 0, 0, 0}));
-}
-
 TEST(RowMedian, AgreesWithSortingEachWindow) {
   std::mt19937 random(17);
   for (std::size_t count = 0; count < 130; ++count) {
@@ -88,14 +80,6 @@ TEST(Padding, MarginsContinueTheEdges) {
     rf_OCBackgroundPadImage(image, c.area);
     EXPECT_THAT(rowsOf(image), ElementsAreArray(c.after)) << c.name;
   }
-}
-
-TEST(Padding, WorksOnTheWindowAloneAndInItsNumbers) {
-  Buffer image = picture({"77777", "70007", "70907", "70007", "77777"}, -5, 30);
-  Buffer view = image;
-  view.window(rzPelRect(-4, 31, 3, 3), false);
-  rf_OCBackgroundPadImage(view, rzPelRect(-3, 32, 1, 1));
-  EXPECT_THAT(rowsOf(image), ElementsAre("77777", "79997", "79997", "79997", "77777"));
 }
 
 TEST(Padding, ReadOnlyBufferIsReplacedAndItsOldPelsStay) {

@@ -18,11 +18,6 @@ TEST(RoundOutward, TakesAValueAHairFromAWholeNumberForThatNumber) {
   EXPECT_EQ(rf_RoundUp(-2.99999999999, kTolerance), -3);
 }
 
-TEST(SweptRect, IsTheRectangleItselfWithoutUncertainty) {
-  const rzPelRect square(10, 20, 8, 8);
-  EXPECT_EQ(rf_SweptRect(square, rzDegree(0.0), 0.0), square);
-}
-
 TEST(SweptRect, HoldsEveryCornerOfTheTurnedAndEnlargedRectangle) {
   const rzPelRect rect(-5, 3, 30, 40);
   const rzVector<2> centre(10.0, 23.0);

@@ -151,41 +151,6 @@ TEST(AffineTransform, FrameComesFromTheParentWhereItHasPels) {
   EXPECT_EQ(*turned(rfPelCopy(image), 0, 2).pointToPel(0, 8), 150);
 }
 
-TEST(AffineTransform, EnlargedBorderIsThatOfTheReflectedPicture) {
-  const Image image = noise({0, 0, 6, 5});
-  const Image mirror = drawn({-3, -3, 12, 11}, [&](rzLong x, rzLong y) {
-    return *image.pointToPel(mirrored(x, 6), mirrored(y, 5));
-  });
-  for (const auto interpolation : kAll) {
-    const Params params(rzAffineRectangle(image.window()), 12, 10, interpolation);
-    EXPECT_THAT(turned(image, 0, 2, interpolation),
-                ShowsTheSameAs(rfAffineTransformImage(mirror, params)));
-  }
-}
-
-TEST(AffineTransform, ResultDoesNotDependOnWhatLiesBeyondTheFrame) {
-  Image image = noise({0, 0, 40, 40});
-  image.window(rzPelRect(12, 12, 14, 14), false);
-  Image near = image;
-  near.setEntire();
-  near.window(rzPelRect(9, 9, 20, 20), false);
-  Image cut = rfPelCopy(near);
-  cut.window(rzPelRect(12, 12, 14, 14), false);
-  for (const auto interpolation : kAll) {
-    for (const double degrees : {0.0, 30.0}) {
-      EXPECT_THAT(turned(image, degrees, 1.6, interpolation),
-                  ShowsTheSameAs(turned(cut, degrees, 1.6, interpolation)));
-    }
-    EXPECT_EQ(*turned(image, 45, 1, interpolation).pointToPel(0, 0), 0);  // a corner
-  }
-}
-
-TEST(AffineTransform, BentFrameIsRefused) {
-  Image image = noise({0, 0, 6, 6});
-  image.clientFromImageXformBase(new rz2XformRadial(rzVector<2>(3, 3), 1e-4), true);
-  EXPECT_THROW(turned(image, 10, 1), rz2XformBase::NotLinear);
-}
-
 TEST(AffineTransform, WithoutAMaskTheTurnedWindowIsCaredForAndNothingElse) {
   const Image image = flat({5, 5, 20, 12}, 80);
   Image out;
@@ -218,17 +183,6 @@ TEST(AffineTransform, GivenMaskIsTurnedWithTheImageAndCutAtTheMiddleOfGrey) {
                 return *mask.pointToPel(5 - x, 3 - y) >= 128 ? 255 : 0;
               })));
   EXPECT_THAT(out, ShowsTheSameAs(turned(image, 180, 1)));
-}
-
-TEST(AffineTransform, MaskOfASmallerWindowLeavesTheRestOut) {
-  const Image image = noise({0, 0, 8, 8});
-  Image outMask;
-  Image out;
-  rf_AffineTransform(image, flat({2, 2, 3, 3}, 0), rzRadian(0), 1, out, outMask, Params::eBilinear,
-                     Params::eBilinear);
-  EXPECT_THAT(outMask, ShowsTheSameAs(drawn({0, 0, 8, 8}, [](rzLong x, rzLong y) {
-                return x >= 2 && x < 5 && y >= 2 && y < 5 ? 0 : 255;
-              })));
 }
 
 struct EncloseCase {
@@ -266,16 +220,6 @@ INSTANTIATE_TEST_SUITE_P(, EncloseRotated,
                          testing::Values(EncloseCase{0, 0}, EncloseCase{45, 0}, EncloseCase{90, 0},
                                          EncloseCase{-170, 0}, EncloseCase{33, 0}));
 
-TEST(MapRect, TakesThreeCornersInOrderAndNullAsIdentity) {
-  const rzPelRect rect(1, 2, 3, 4);
-  const rzAffineRectangle plain(rzVector<2>(1, 2), rzVector<2>(4, 2), rzVector<2>(1, 6));
-  const rzXform<2> identity;
-  EXPECT_EQ(rf_MapRect(rect, nullptr), plain);
-  EXPECT_EQ(rf_MapRect(rect, &identity), plain);
-  const rzXform<2> moved = pictures::shift(10, 20);
-  EXPECT_EQ(rf_MapRect(rect, &moved), plain.map(moved));
-}
-
 // One row of pels and its frame, written out: where the frame is wider than the row, its far pel is
 // repeated on the left, and on the right the filled left frame is read on.
 TEST(MirrorBorders, FrameWiderThanTheRowFollowsTheRule) {
@@ -300,30 +244,6 @@ TEST(MirrorBorders, FrameWiderThanTheRowFollowsTheRule) {
     rf_MirrorBorders(buffer, rzPelRect(0, 0, size, 1));
     EXPECT_THAT(buffer, ShowsTheSameAs(drawn(window, [&](rzLong x, rzLong) {
                   return row.expected[static_cast<std::size_t>(x + row.left)];
-                })));
-  }
-}
-
-TEST(MirrorBorders, FrameHigherThanTheColumnFollowsTheRule) {
-  struct Column {
-    std::vector<int> inner;
-    rzLong top, bottom;
-    std::vector<int> expected;
-  };
-  const Column columns[] = {
-      {{1, 2, 3, 4}, 3, 3, {3, 2, 1, 1, 2, 3, 4, 4, 3, 2}},
-      {{1, 2}, 4, 4, {2, 1, 1, 1, 1, 2, 2, 1, 1, 1}},
-      {{7}, 2, 2, {7, 7, 7, 7, 7}},
-  };
-  for (const Column& column : columns) {
-    const rzLong size = rf_Count(column.inner.size());
-    const rzPelRect window(0, -column.top, 1, column.top + size + column.bottom);
-    Image buffer = drawn(window, [&](rzLong, rzLong y) {
-      return y >= 0 && y < size ? column.inner[static_cast<std::size_t>(y)] : 99;
-    });
-    rf_MirrorBorders(buffer, rzPelRect(0, 0, 1, size));
-    EXPECT_THAT(buffer, ShowsTheSameAs(drawn(window, [&](rzLong, rzLong y) {
-                  return column.expected[static_cast<std::size_t>(y + column.top)];
                 })));
   }
 }
