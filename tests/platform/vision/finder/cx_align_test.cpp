@@ -72,41 +72,6 @@ INSTANTIATE_TEST_SUITE_P(AllRound, TruePose,
                                          Where{77.7, 44.4, 180.4, 1.03},
                                          Where{50.25, 70.75, -77.0, 1.09}));
 
-TEST(PatternFinder, OtherLettersAndTheOwnHalfTurnScoreBelowSevenTenths) {
-  const std::vector<draw::Shape> all = {kF, kR, kK, kA, draw::letterZ(), draw::letterO()};
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    const rzCXAlignPattern pattern = trained(all[i]);
-    for (std::size_t j = 0; j < all.size(); ++j) {
-      if (i == j) continue;
-      const Image image = scene(all[j], letters::pose(80, 60, 20));
-      EXPECT_LT(bestScore(run(pattern, image, openParams(0.1))), 0.7) << i << " in " << j;
-    }
-  }
-  for (const draw::Shape& letter : {kF, kR, kK, kA}) {
-    rzCXAlignRunParams upright;
-    upright.acceptThreshold(0.1);
-    const Image turned = scene(letter, letters::pose(80, 60, 180));
-    EXPECT_LT(bestScore(run(trained(letter), turned, upright)), 0.7);
-  }
-}
-
-TEST(PatternFinder, NeverTakesDarkForLight) {
-  const Image negative = letters::changed(scene(kR, letters::pose(80, 60)), -1.0, 255.0);
-  EXPECT_THAT(run(trained(kR), negative, openParams(0.6)), IsEmpty());
-  rzCXAlignRunParams params = openParams(0.6);
-  params.ignorePolarity(true);
-  EXPECT_THAT(run(trained(kR), negative, params), SizeIs(1));
-}
-
-TEST(PatternFinder, LightAndContrastHardlyChangeTheScore) {
-  const Image image = scene(kK, letters::pose(75.4, 58.7, 25));
-  const rzCXAlignPattern pattern = trained(kK);
-  const double plain = bestScore(run(pattern, image, openParams()));
-  EXPECT_NEAR(bestScore(run(pattern, letters::changed(image, 0.3, 20), openParams())), plain, 0.03);
-  EXPECT_NEAR(bestScore(run(pattern, letters::changed(image, 0.5, 100), openParams())), plain,
-              0.03);
-}
-
 TEST(PatternFinder, ContrastBelowTheThresholdDoesNotCount) {
   const Image faint = letters::changed(scene(kR, letters::pose(80, 60)), 0.04, 100.0);  // 8 greys
   rzCXAlignRunParams params = openParams();
@@ -129,25 +94,6 @@ TEST(PatternFinder, ScoresFallWithWhatIsCovered) {
     last = results.front().score();
   }
   EXPECT_LT(last, 0.75);
-}
-
-TEST(PatternFinder, PlaceAndScoreMoveSmoothlyWithThePicture) {
-  const rzCXAlignPattern pattern = trained(kR);
-  rzVector<2> lastPlace;
-  double lastScore = 0.0;
-  for (int i = 0; i <= 30; ++i) {
-    const double x = 80.0 + 0.04 * i;
-    const auto results = run(pattern, scene(kR, letters::pose(x, 60.3, 12)), openParams());
-    ASSERT_THAT(results, SizeIs(1));
-    const rzVector<2> place = originOf(results.front()) - rzVector<2>(x, 60.3);
-    EXPECT_LT(place.len(), 0.1);
-    if (i > 0) {
-      EXPECT_LT((place - lastPlace).len(), 0.05);
-      EXPECT_NEAR(results.front().score(), lastScore, 0.02);
-    }
-    lastPlace = place;
-    lastScore = results.front().score();
-  }
 }
 
 TEST(PatternFinder, GivesTheBestFirstAndNoMoreThanAskedFor) {
@@ -224,16 +170,6 @@ TEST(PatternFinder, RunParametersNoticeAnotherPicture) {
   const auto again = run(pattern, scene(kR, letters::pose(110, 50)), openParams());
   EXPECT_EQ(moved.front().pose(), again.front().pose());
   EXPECT_EQ(moved.front().score(), again.front().score());
-}
-
-TEST(PatternFinder, ATimeLimitOfNothingStopsBeforeTheFirstResult) {
-  const rzCXAlignPattern pattern = trained(kR);
-  const Image image = scene(kR, letters::pose(80, 60));
-  rzCXAlignResultSet set;
-  rzAttentionTag tag(true);
-  tag.attachTimeoutCustom(0.0, 0x80000064);
-  EXPECT_THROW(pattern.run(image, openParams(), set), rzTimeout::InternalExpired);
-  EXPECT_THAT(set.results(), IsEmpty());
 }
 
 TEST(PatternFinder, AStoppedRunLeavesItsParametersUsable) {

@@ -67,7 +67,7 @@ TEST_P(TimeLimit, StopsARunWithinMilliseconds) {
   for (int i = 0; i < kTries && least > kMost; ++i) {
     rzCXAlignResultSet set;
     const std::optional<double> late = overrun(pattern, image, GetParam(), set);
-    if (!late) GTEST_SKIP() << "this machine ends the run within its limit";
+    if (!late) return;  // a machine that ends the run within its limit
     least = std::min(least, *late);
   }
   EXPECT_LE(least, kMost);
@@ -85,11 +85,11 @@ TEST(PatternFinder, KeepsWhatItHasFoundWhenItsTimeIsOver) {
     rzCXAlignResultSet some;
     if (!overrun(pattern, image, seconds, some)) break;
     if (some.results().empty()) continue;
-    EXPECT_LT(some.results().size(), all.results().size() + 1);
+    EXPECT_LE(some.results().size(), all.results().size());
     EXPECT_GT(some.results().front().score(), 0.9);
     return;
   }
-  GTEST_SKIP() << "no limit fell between the first result and the last one";
+  FAIL() << "no limit fell between the first result and the last one";
 }
 
 TEST(PatternFinder, NeedsNoMoreThanSixtyBytesForAPel) {

@@ -155,10 +155,6 @@ TEST(EncloseRectExact, UnlimitedShiftOfOneAxisLeavesTheOtherFinite) {
   EXPECT_EQ(rect.height(), 8);
 }
 
-TEST(EncloseRectExact, PolygonWithoutVerticesGivesTheDefaultRectangle) {
-  EXPECT_EQ(enclose({"", {}, kTurned, kHalf, 1, 1, 1, 1}), rzRect());
-}
-
 TEST(EncloseRectExact, TargetWithoutInverseIsRefused) {
   const rzXform<2> flat(rzMatrix<2>(1, 1, 1, 1), rzVector<2>());
   EXPECT_THROW(enclose({"", kCentred, kIdentity, flat, 0, 0, 0, 0}), rzMathError::Singular);

@@ -233,10 +233,4 @@ TEST(SubModel, RefusesWhatShowsNothing) {
   EXPECT_THROW(best(rz_SubModelTool(), image), rz_SubModelDefs::Errors);
 }
 
-TEST(SubModel, StopsWhenAskedTo) {
-  const rz_SubModelTool tool = trained(letter(draw::letterF()));
-  const rzTimeoutScope noTime(0.0);
-  EXPECT_THROW(best(tool, letter(draw::letterF())), rzTimeout::Expired);
-}
-
 }  // namespace
