@@ -72,6 +72,17 @@ TEST_P(TextMarks, AreTheCharactersOfTheText) {
   EXPECT_EQ(told(marksIn(row.drawing, row.text, true)), row.marks);  // light on dark
 }
 
+const Drawing kTwoLines = {"####  ####",  //
+                           "####  ####",  //
+                           "####  ####",  //
+                           "####  ####",  //
+                           "          ",  //
+                           "          ",  //
+                           "   ####   ",  //
+                           "   ####   ",  //
+                           "   ####   ",  //
+                           "   ####   "};
+
 const Row kRows[] = {
     {"parts_above_each_other",
      {"##   #### ##",  //
@@ -123,32 +134,8 @@ const Row kRows[] = {
       "# # #   # # #   # # #"},
      "ABC",
      "A:0-4 B:8-12 C:16-20"},
-    {"lines_of_the_text",
-     {"####  ####",  //
-      "####  ####",  //
-      "####  ####",  //
-      "####  ####",  //
-      "          ",  //
-      "          ",  //
-      "   ####   ",  //
-      "   ####   ",  //
-      "   ####   ",  //
-      "   ####   "},
-     "A B\nC",
-     "A:0-3 B:6-9 C:3-6"},
-    {"lines_that_the_text_does_not_tell",
-     {"####  ####",  //
-      "####  ####",  //
-      "####  ####",  //
-      "####  ####",  //
-      "          ",  //
-      "          ",  //
-      "   ####   ",  //
-      "   ####   ",  //
-      "   ####   ",  //
-      "   ####   "},
-     "A B C",
-     "A:0-3 B:6-9 C:3-6"},
+    {"lines_of_the_text", kTwoLines, "A B\nC", "A:0-3 B:6-9 C:3-6"},
+    {"lines_that_the_text_does_not_tell", kTwoLines, "A B C", "A:0-3 B:6-9 C:3-6"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Prints, TextMarks, testing::ValuesIn(kRows),
