@@ -82,7 +82,7 @@ rzPelBuffer<unsigned char> printed(const PictureKind& kind, const std::string& t
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool isMissing = kind.missingEvery > 0 && i % kind.missingEvery == kind.missingEvery / 2;
     if (isMissing && kind.missingEvery > 1) continue;
-    const auto code = static_cast<char32_t>(isMissing ? 'a' + i % 26 : text[i]);
+    const auto code = static_cast<char32_t>(isMissing ? static_cast<char>('a' + i % 26) : text[i]);
     const rzVector<2> at = turn * rzVector<2>(kPitch * static_cast<double>(i % columns),
                                               2.0 * kCapHeight * static_cast<double>(i / columns));
     font().draw(code, {at.x(), at.y(), kDegrees, 1.0}, canvas);

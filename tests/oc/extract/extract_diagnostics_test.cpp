@@ -17,7 +17,6 @@ namespace {
 using testing::StartsWith;
 using Peer = rz_OCExtractPeer;
 
-constexpr rzULong kParams = 0x10000;
 constexpr rzULong kResults = 0x20000;
 
 const std::string kParamLines =

@@ -16,8 +16,6 @@ using Lines = std::vector<rzPtrHandle_const<rzOCLine>>;
 using Poses = std::vector<rz2Rigid>;
 using Radians = std::vector<rzRadian>;
 
-const rzXform<2> kIdentity;
-
 rz2Rigid rigid(double degrees, double x, double y) {
   return rz2Rigid(rzDegree(degrees), rzVector<2>(x, y));
 }
