@@ -40,10 +40,13 @@ bool canBeParts(const Print& print, std::size_t from, std::size_t to, bool sideB
 bool canBe(char32_t character, const rzRect& box, double lineHeight, double tallest) {
   constexpr double kLeastOfLetter = 0.45;
   constexpr double kMostOfSmall = 0.65;
-  constexpr double kWidestLetter = 3.0;  // of its height
+  constexpr double kWidestDigit = 1.5;  // of its height
+  constexpr double kWidestLetter = 2.2;
   if (isSmall(character)) return box.height() <= kMostOfSmall * tallest;
   if (!isLetterOrDigit(character)) return true;
-  return box.height() >= kLeastOfLetter * lineHeight && box.width() <= kWidestLetter * box.height();
+  const bool isDigit = character >= U'0' && character <= U'9';
+  const double widest = isDigit ? kWidestDigit : kWidestLetter;
+  return box.height() >= kLeastOfLetter * lineHeight && box.width() <= widest * box.height();
 }
 
 // Whether these parts of a mark stand beside its other parts, not above or below all of them: only

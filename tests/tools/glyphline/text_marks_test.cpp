@@ -175,6 +175,8 @@ TEST(TextMarks, ThatDoNotFitAreRefusedWithTheirCounts) {
   EXPECT_THROW(marksIn(colon, "A.."), glyphline::Failure);
   EXPECT_THROW(marksIn({"# # # # # # # # # # #", "# # # # # # # # # # #"}, "A"),
                glyphline::Failure);
+  EXPECT_THROW(marksIn({"###  # # #", "# #  # # #", "###  # # #", "  #  # # #", "###  # # #"}, "9"),
+               glyphline::Failure);
   EXPECT_THROW(marksIn({"    "}, "A"), glyphline::Failure);
 }
 
