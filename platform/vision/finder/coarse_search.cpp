@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "platform/vision/finder/sum_block.h"
 #include "rz/attention.h"
 
 namespace finder {
@@ -12,14 +13,6 @@ namespace finder {
 namespace {
 
 constexpr std::size_t kMostPeaks = 16384;  // before neighbours are merged
-constexpr int kTilesPerLook = 64;
-
-struct Peak {
-  int x;  // in strides
-  int y;
-  int turn;
-  int sum;
-};
 
 bool isBetter(const Peak& a, const Peak& b) {
   if (a.sum != b.sum) return a.sum > b.sum;
@@ -28,76 +21,30 @@ bool isBetter(const Peak& a, const Peak& b) {
 }
 
 // Addresses of the responses of all points for the pattern at place (0, 0).
-std::vector<const std::uint8_t*> rowsOf(const ResponseMaps& maps,
-                                        const std::vector<ModelPoint>& points, const Mat2& map) {
-  std::vector<const std::uint8_t*> rows;
-  rows.reserve(points.size());
+std::vector<const std::uint8_t*> startsOf(const ResponseMaps& maps,
+                                          const std::vector<ModelPoint>& points, const Mat2& map) {
+  std::vector<const std::uint8_t*> starts;
+  starts.reserve(points.size());
+  const Mat2 normals = normalMap(map);
   for (const ModelPoint& p : points) {
     const Vec2 place = map * p.place;
     const int x = static_cast<int>(std::lround(place.x));
     const int y = static_cast<int>(std::lround(place.y));
     if (std::max(std::abs(x), std::abs(y)) > kGreatestRadius) continue;
-    rows.push_back(maps.at(directionOf(mapNormal(map, p.normal)), x, y));
+    starts.push_back(maps.at(directionOf(normals * p.normal), x, y));
   }
-  return rows;
+  return starts;
 }
 
-// Sums of all places, 0 where `least` is not reached.
-class SumPlane {
- public:
-  explicit SumPlane(const ResponseMaps& maps)
-      : columns_(maps.columns),
-        length_(static_cast<std::ptrdiff_t>(maps.pictureRows - 1) * maps.columns +
-                maps.pictureColumns),
-        // A row and an element more on all sides, so that every place has neighbours.
-        sums_(static_cast<std::size_t>(length_ + 2 * columns_ + 2 + kTile), 0) {}
-
-  // Returns whether any place reaches `least`.
-  bool fill(const std::vector<const std::uint8_t*>& rows, int least) {
-    clear_();
-    int tiles = 0;
-    for (std::ptrdiff_t at = 0; at < length_; at += kTile) {
-      if (++tiles % kTilesPerLook == 0) rzAttention::check();
-      if (!sumTile(rows.data(), static_cast<int>(rows.size()), at, least, place_(at))) continue;
-      used_.push_back(at);
-    }
-    return !used_.empty();
-  }
-
-  // Appends the places that are not less than their neighbours.
-  void collect(const ResponseMaps& maps, int turn, int least, std::vector<Peak>& peaks) {
-    for (const std::ptrdiff_t tile : used_) {
-      const std::ptrdiff_t end = std::min(tile + kTile, length_);
-      for (std::ptrdiff_t at = tile; at < end; ++at) {
-        const std::uint8_t* s = place_(at);
-        if (*s < least || !isPeak_(s)) continue;
-        const auto x = static_cast<int>(at % columns_);
-        if (x >= maps.pictureColumns) continue;
-        peaks.push_back({x, static_cast<int>(at / columns_), turn, *s});
-      }
-    }
-  }
-
- private:
-  std::uint8_t* place_(std::ptrdiff_t at) { return sums_.data() + columns_ + 1 + at; }
-
-  bool isPeak_(const std::uint8_t* s) const {
-    // Among equals the first one counts.
-    return *s > s[-1] && *s >= s[1] && *s > s[-columns_ - 1] && *s > s[-columns_] &&
-           *s > s[-columns_ + 1] && *s >= s[columns_ - 1] && *s >= s[columns_] &&
-           *s >= s[columns_ + 1];
-  }
-
-  void clear_() {
-    for (const std::ptrdiff_t at : used_) std::fill_n(place_(at), kTile, std::uint8_t{0});
-    used_.clear();
-  }
-
-  std::ptrdiff_t columns_;
-  std::ptrdiff_t length_;
-  std::vector<std::uint8_t> sums_;
-  std::vector<std::ptrdiff_t> used_;  // tiles that are not empty
-};
+// The greatest distance of the points from the centre at any of the turns, in pels of the level.
+double greatestRadius(const std::vector<ModelPoint>& points, const Mat2& levelFromClient,
+                      const std::vector<GridTurn>& turns) {
+  double radius = 0.0;
+  for (const ModelPoint& p : points) radius = std::max(radius, length(p.place));
+  double scale = 0.0;
+  for (const GridTurn& turn : turns) scale = std::max(scale, turn.scale);
+  return radius * scale * greatestScale(levelFromClient);
+}
 
 // Of peaks that are neighbours in place, angle and scale keeps the best.
 class PeakMerger {
@@ -166,18 +113,26 @@ std::vector<Candidate> searchGrid(const ResponseMaps& maps, const std::vector<Mo
   if (maps.isEmpty() || points.empty()) return {};
   const auto best = static_cast<double>(kBestResponse * points.size());
   int least = std::max(1, static_cast<int>(std::ceil(threshold * best)));
-  SumPlane plane(maps);
-  for (std::size_t t = 0; t < turns.size(); ++t) {
-    rzAttention::check();
-    const Mat2 map = levelFromClient * similarity(turns[t].angle, turns[t].scale);
-    if (!plane.fill(rowsOf(maps, points, map), least)) continue;
-    plane.collect(maps, static_cast<int>(t), least, peaks);
-    if (peaks.size() <= kMostPeaks) continue;
-    // Too many: the better half goes on, and sets the mark for what follows.
-    const auto half = peaks.begin() + static_cast<std::ptrdiff_t>(kMostPeaks / 2);
-    std::nth_element(peaks.begin(), half, peaks.end(), isBetter);
-    least = std::max(least, half->sum);
-    peaks.erase(half, peaks.end());
+  const double radius = greatestRadius(points, levelFromClient, turns);
+  std::vector<std::vector<const std::uint8_t*>> starts;
+  for (const GridTurn& turn : turns) {
+    starts.push_back(startsOf(maps, points, levelFromClient * similarity(turn.angle, turn.scale)));
+  }
+  for (int y = 0; y < maps.foldedRows; y += kBlockRows) {
+    for (int x = 0; x < maps.pictureColumns; x += kBlockColumns) {
+      SumBlock block(maps, x, y, radius);
+      if (block.isEmpty()) continue;
+      rzAttention::check();
+      for (std::size_t t = 0; t < turns.size(); ++t) {
+        block.collect(starts[t], static_cast<int>(t), least, peaks);
+      }
+      if (peaks.size() <= kMostPeaks) continue;
+      // Too many: the better half goes on, and sets the mark for what follows.
+      const auto half = peaks.begin() + static_cast<std::ptrdiff_t>(kMostPeaks / 2);
+      std::nth_element(peaks.begin(), half, peaks.end(), isBetter);
+      least = std::max(least, half->sum);
+      peaks.erase(half, peaks.end());
+    }
   }
   std::sort(peaks.begin(), peaks.end(), isBetter);
   std::vector<Candidate> candidates;

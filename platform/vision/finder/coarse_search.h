@@ -37,14 +37,4 @@ std::vector<Candidate> searchGrid(const ResponseMaps& maps, const std::vector<Mo
 /// How many points a model of the grid search may have: their responses add up in bytes.
 inline constexpr int kMostGridPoints = 255 / kBestResponse;
 
-/// The sum of `count` rows of 256 bytes each, from the addresses in `rows` on, into `sums`. Stops
-/// early and returns false when no sum can reach `least` any more. Sums stay below 256.
-bool sumTile(const std::uint8_t* const* rows, int count, std::ptrdiff_t offset, int least,
-             std::uint8_t* sums);
-/// The same, written plainly.
-bool sumTileReference(const std::uint8_t* const* rows, int count, std::ptrdiff_t offset, int least,
-                      std::uint8_t* sums);
-
-inline constexpr int kTile = 256;
-
 }  // namespace finder

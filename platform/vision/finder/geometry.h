@@ -4,6 +4,7 @@
 // column i covers [i, i + 1), its centre is i + 0.5. The upper left of the window is (0, 0).
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -39,6 +40,12 @@ inline Mat2 operator*(const Mat2& a, const Mat2& b) {
 inline double determinant(const Mat2& m) { return m.xx * m.yy - m.xy * m.yx; }
 /// The factor by which lengths grow, in the mean.
 inline double meanScale(const Mat2& m) { return std::sqrt(std::abs(determinant(m))); }
+/// The greatest factor by which lengths grow: the larger singular value.
+inline double greatestScale(const Mat2& m) {
+  const double squares = m.xx * m.xx + m.xy * m.xy + m.yx * m.yx + m.yy * m.yy;
+  const double d = determinant(m);
+  return std::sqrt(0.5 * (squares + std::sqrt(std::max(0.0, squares * squares - 4.0 * d * d))));
+}
 inline Mat2 inverse(const Mat2& m) {
   const double d = determinant(m);
   return {m.yy / d, -m.xy / d, -m.yx / d, m.xx / d};
@@ -48,11 +55,15 @@ inline Mat2 similarity(double angle, double scale) {
   const double s = scale * std::sin(angle);
   return {c, -s, s, c};
 }
-/// Carries gradients, as unit vectors, along with points that `m` carries.
-inline Vec2 mapNormal(const Mat2& m, Vec2 n) {
-  // The transposed inverse up to a positive factor.
+/// Carries gradients along with points that `m` carries, but for their lengths: the transposed
+/// inverse up to a positive factor.
+inline Mat2 normalMap(const Mat2& m) {
   const double sign = determinant(m) < 0.0 ? -1.0 : 1.0;
-  const Vec2 v{sign * (m.yy * n.x - m.yx * n.y), sign * (m.xx * n.y - m.xy * n.x)};
+  return {sign * m.yy, -sign * m.yx, -sign * m.xy, sign * m.xx};
+}
+/// The same for a unit vector, which stays one.
+inline Vec2 mapNormal(const Mat2& m, Vec2 n) {
+  const Vec2 v = normalMap(m) * n;
   return (1.0 / length(v)) * v;
 }
 

@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/vision/finder/edge_cells.h"
 #include "platform/vision/finder/geometry.h"
 #include "platform/vision/finder/gradient.h"
 
@@ -21,34 +22,55 @@ inline constexpr int kDirections = 16;
 inline constexpr int kBestResponse = 5;
 /// Places are looked at in steps of so many pels in both coordinates.
 inline constexpr int kStride = 2;
+/// How many pels a gradient may be displaced and still respond.
+inline constexpr int kSpread = 2;
+
+/// The greatest distance from a pattern's centre to its points that a response map serves, in pels
+/// of its level.
+inline constexpr int kGreatestRadius = 30;
+/// Empty elements beside and rows above and below a plane: those that patterns reach, and what
+/// spreads from beyond them.
+inline constexpr int kEmptyColumns = kGreatestRadius / kStride + 1;
+inline constexpr int kEmptyRows = kGreatestRadius / kStride + 2;
 
 /// Response maps (S. Hinterstoisser et al., "Gradient response maps for real-time detection of
 /// textureless objects", PAMI 34, 2012): for each direction and each place the agreement with the
 /// best gradient in a small neighbourhood, 0 to kBestResponse.
 ///
-/// A map has empty pels around the picture, so that patterns may hang over its rim, and is split by
-/// the remainders of its coordinates modulo the stride into planes. Within a plane a step of
-/// kStride pels is a step to the next element, also from the end of a row to the next row.
+/// Places are pels in steps of kStride. A map is split by the remainders of its coordinates modulo
+/// the stride into planes, where a step of kStride pels is a step to the next element. There are
+/// empty elements around the picture, so that patterns may hang over its rim; those to the right of
+/// a row are those to the left of the next one.
+///
+/// A plane is folded: its rows from `foldedRows` on share their elements with those from 0 on, in
+/// the upper four bits. So a step of the search sums the responses of two places at once, and the
+/// maps take half the memory. Empty rows follow on both ends of both halves; there the halves
+/// overlap.
 struct ResponseMaps {
-  int margin = 0;          // empty pels above and below, and between a row's end and the next row
-  int columns = 0;         // elements in a row of a plane, those of the margin included
-  int rows = 0;            // rows of a plane, those of the margins included
-  int pictureColumns = 0;  // elements in a row that lie in the picture
-  int pictureRows = 0;
+  int columns = 0;            // elements in a row of a plane, empty ones included
+  int pictureColumns = 0;     // those in the picture
+  int pictureRows = 0;        // rows of a plane in the picture
+  int foldedRows = 0;         // of which so many come first
   std::size_t planeSize = 0;  // elements of a plane with what may be read behind its end
-  std::array<std::unique_ptr<std::uint8_t[]>, kDirections> planes;  // four planes each
+  std::unique_ptr<std::uint8_t[]> elements;  // four planes for each direction
+  EdgeCells edges;                           // those that any direction responds to
 
-  bool isEmpty() const { return planes[0] == nullptr; }
+  bool isEmpty() const { return elements == nullptr; }
 
-  /// The element for the picture's pel (x, y), also for negative coordinates down to -margin.
+  /// The element for the picture's pel (x, y), also for coordinates down to -kGreatestRadius.
   const std::uint8_t* at(int direction, int x, int y) const {
-    return planes[static_cast<std::size_t>(direction)].get() + indexOf(x, y);
+    return elements.get() + static_cast<std::size_t>(direction) * mapSize() + indexOf(x, y);
   }
+  /// Elements of a direction's map.
+  std::size_t mapSize() const { return planeSize * kStride * kStride; }
   std::ptrdiff_t indexOf(int x, int y) const {
     const int plane = (y & 1) * kStride + (x & 1);
     return plane * static_cast<std::ptrdiff_t>(planeSize) +
-           (margin / kStride) * static_cast<std::ptrdiff_t>(columns + 1) +
-           (y >> 1) * static_cast<std::ptrdiff_t>(columns) + (x >> 1);
+           placeIndex((x >> 1) + kEmptyColumns, (y >> 1) + kEmptyRows);
+  }
+  /// How far the element for place (x, y) is from that for (0, 0), in each plane.
+  std::ptrdiff_t placeIndex(int x, int y) const {
+    return y * static_cast<std::ptrdiff_t>(columns) + x;
   }
 };
 
@@ -84,11 +106,7 @@ class PictureFeatures {
   std::vector<std::unique_ptr<PictureLevel>> levels_;
 };
 
-/// The greatest distance from a pattern's centre to its points that a response map serves, in pels
-/// of its level.
-inline constexpr int kGreatestRadius = 30;
-
-/// The direction whose response map serves a gradient along `normal`.
+/// The direction whose response map serves a gradient along `normal`, of any length.
 int directionOf(Vec2 normal);
 
 ResponseMaps responsesOf(const GradientMap& gradients, double contrast);

@@ -9,6 +9,7 @@
 
 #include "platform/vision/finder/cpu_variants.h"
 #include "platform/vision/finder/picture_features.h"
+#include "platform/vision/finder/sum_tile.h"
 #include "rz/attention.h"
 
 namespace finder {
@@ -17,7 +18,6 @@ namespace {
 
 constexpr int kUnit = 181;  // length of a unit vector in 16-bit integers; twice its square fits
 constexpr int kRowsPerLook = 16;  // between two looks at the attention
-constexpr int kSpread = 2;        // pels by which a gradient may be displaced
 // Responses to the angle between two directions fall from the best to none between these.
 constexpr double kBestWithin = 18.0;
 constexpr double kNoneBeyond = 62.0;
@@ -28,12 +28,11 @@ RZ_ALWAYS_INLINE void squaredSizes(const Gradient* row, int width, std::int32_t*
   for (int x = 0; x < width; ++x) out[x] = row[x].x() * row[x].x() + row[x].y() * row[x].y();
 }
 
-// Unit vectors of the gradients that are strong enough and ridges across their direction; null
-// vectors elsewhere. `size` holds the squared sizes of this row and its neighbours, readable one
-// beyond both ends.
-RZ_ALWAYS_INLINE void unitVectors(const Gradient* row, const std::int32_t* above,
-                                  const std::int32_t* size, const std::int32_t* below, int width,
-                                  std::int32_t floor, std::int16_t* unitX, std::int16_t* unitY) {
+// Marks the gradients that are strong enough and ridges across their direction. `size` holds the
+// squared sizes of this row and its neighbours, readable one beyond both ends.
+RZ_ALWAYS_INLINE void markEdges(const Gradient* row, const std::int32_t* above,
+                                const std::int32_t* size, const std::int32_t* below, int width,
+                                std::int32_t floor, std::uint8_t* isEdge) {
   for (int x = 0; x < width; ++x) {
     const int gx = row[x].x();
     const int gy = row[x].y();
@@ -53,27 +52,22 @@ RZ_ALWAYS_INLINE void unitVectors(const Gradient* row, const std::int32_t* above
     std::int32_t other = (gx ^ gy) >= 0 ? falling : rising;
     other = 5 * ay > 12 * ax ? upright : other;
     other = 5 * ax > 12 * ay ? beside : other;
-    const bool isRidge = (size[x] >= floor) & (size[x] >= other);
-    const float length = std::sqrt(static_cast<float>(size[x]));
-    const float factor = isRidge ? static_cast<float>(kUnit) / length : 0.0F;
-    unitX[x] = static_cast<std::int16_t>(static_cast<float>(gx) * factor);
-    unitY[x] = static_cast<std::int16_t>(static_cast<float>(gy) * factor);
+    isEdge[x] = size[x] >= std::max(floor, other) ? 1 : 0;
   }
 }
 
 RZ_CPU_VARIANTS(squaredSizes, (const Gradient* row, int width, std::int32_t* out),
                 (row, width, out))
-RZ_CPU_VARIANTS(unitVectors,
+RZ_CPU_VARIANTS(markEdges,
                 (const Gradient* row, const std::int32_t* above, const std::int32_t* size,
-                 const std::int32_t* below, int width, std::int32_t floor, std::int16_t* unitX,
-                 std::int16_t* unitY),
-                (row, above, size, below, width, floor, unitX, unitY))
+                 const std::int32_t* below, int width, std::int32_t floor, std::uint8_t* isEdge),
+                (row, above, size, below, width, floor, isEdge))
 
 std::size_t sizeOf(int a, int b) {
   return static_cast<std::size_t>(a) * static_cast<std::size_t>(b);
 }
 
-// How strongly a unit vector responds to each direction.
+// How strongly a gradient responds to each direction.
 class Responder {
  public:
   Responder() {
@@ -88,7 +82,12 @@ class Responder {
     }
   }
 
-  void respond(int x, int y, std::array<std::uint8_t, kDirections>& responses) const {
+  void respond(const Gradient& gradient, std::array<std::uint8_t, kDirections>& responses) const {
+    const auto gx = static_cast<float>(gradient.x());
+    const auto gy = static_cast<float>(gradient.y());
+    const float factor = static_cast<float>(kUnit) / std::sqrt(gx * gx + gy * gy);
+    const int x = static_cast<int>(gx * factor);
+    const int y = static_cast<int>(gy * factor);
     for (std::size_t d = 0; d < kHalfTurn; ++d) {
       const int agreement = x * normals_[d].x + y * normals_[d].y;
       responses[d] = response_(agreement);
@@ -112,6 +111,21 @@ class Responder {
   int none_;
   int step_;
   std::array<Normal, kHalfTurn> normals_;
+};
+
+// The two halves of a folded map, by the four bits that they have of each element.
+struct LowerBits {
+  static void raise(std::uint8_t& element, std::uint8_t response) {
+    const auto raised = static_cast<std::uint8_t>((element & 0xF0) | response);
+    element = (element & 0x0F) < response ? raised : element;
+  }
+};
+struct UpperBits {
+  static void raise(std::uint8_t& element, std::uint8_t response) {
+    const auto upper = static_cast<std::uint8_t>(response << 4);
+    const auto raised = static_cast<std::uint8_t>((element & 0x0F) | upper);
+    element = element < upper ? raised : element;
+  }
 };
 
 // Puts the responses of single pels into the maps, spread over their neighbourhood: whole up to a
@@ -138,16 +152,14 @@ class Spreader {
     }
   }
 
+  // Near the fold a pel counts in both halves.
   void spread(int x, int y, std::uint8_t response, std::uint8_t* map) const {
-    const bool isInside =
-        x >= kSpread && y >= kSpread && x < width_ - kSpread && y < height_ - kSpread;
-    if (!isInside) return spreadAtRim_(x, y, response, map);
-    const Steps& steps = steps_[static_cast<std::size_t>((y & 1) * 2 + (x & 1))];
-    std::uint8_t* at = map + maps_.indexOf(x, y);
-    for (const std::ptrdiff_t step : steps.near) at[step] = std::max(at[step], response);
-    if (response <= 1) return;
-    const auto less = static_cast<std::uint8_t>(response - 1);
-    for (const std::ptrdiff_t step : steps.far) at[step] = std::max(at[step], less);
+    constexpr int kBeyond = kEmptyRows - 1;
+    const int row = y / kStride;
+    if (row < maps_.foldedRows + kBeyond) spread_<LowerBits>(x, y, 0, response, map);
+    if (row >= maps_.foldedRows - kBeyond) {
+      spread_<UpperBits>(x, y, kStride * maps_.foldedRows, response, map);
+    }
   }
 
  private:
@@ -156,12 +168,27 @@ class Spreader {
     std::array<std::ptrdiff_t, 16> far;
   };
 
-  void spreadAtRim_(int x, int y, std::uint8_t response, std::uint8_t* map) const {
+  // `fold` is the first pel row of the half.
+  template <class Bits>
+  void spread_(int x, int y, int fold, std::uint8_t response, std::uint8_t* map) const {
+    const bool isInside =
+        x >= kSpread && y >= kSpread && x < width_ - kSpread && y < height_ - kSpread;
+    if (!isInside) return spreadAtRim_<Bits>(x, y, fold, response, map);
+    const Steps& steps = steps_[static_cast<std::size_t>((y & 1) * 2 + (x & 1))];
+    std::uint8_t* at = map + maps_.indexOf(x, y - fold);
+    for (const std::ptrdiff_t step : steps.near) Bits::raise(at[step], response);
+    if (response <= 1) return;
+    const auto less = static_cast<std::uint8_t>(response - 1);
+    for (const std::ptrdiff_t step : steps.far) Bits::raise(at[step], less);
+  }
+
+  template <class Bits>
+  void spreadAtRim_(int x, int y, int fold, std::uint8_t response, std::uint8_t* map) const {
     for (int v = std::max(0, y - kSpread); v <= std::min(height_ - 1, y + kSpread); ++v) {
       for (int u = std::max(0, x - kSpread); u <= std::min(width_ - 1, x + kSpread); ++u) {
         const bool isNear = std::max(std::abs(u - x), std::abs(v - y)) <= 1;
-        std::uint8_t& at = map[maps_.indexOf(u, v)];
-        at = std::max(at, static_cast<std::uint8_t>(response - (isNear ? 0 : 1)));
+        Bits::raise(map[maps_.indexOf(u, v - fold)],
+                    static_cast<std::uint8_t>(response - (isNear ? 0 : 1)));
       }
     }
   }
@@ -172,35 +199,32 @@ class Spreader {
   std::array<Steps, 4> steps_;
 };
 
-// Calls `use(x, unitX, unitY)` for the pels of one row that are edges.
+// Calls `use(x)` for the pels of one row that are edges.
 template <class Use>
-void forEachEdge(const std::int16_t* unitX, const std::int16_t* unitY, int width, Use use) {
-  constexpr int kAtOnce = 4;
+void forEachEdge(const std::uint8_t* isEdge, int width, Use use) {
+  constexpr int kAtOnce = 8;
   int x = 0;
   for (; x + kAtOnce <= width; x += kAtOnce) {
-    std::uint64_t ofX;
-    std::uint64_t ofY;
-    std::memcpy(&ofX, unitX + x, sizeof ofX);
-    std::memcpy(&ofY, unitY + x, sizeof ofY);
-    if ((ofX | ofY) == 0) continue;
+    std::uint64_t any;
+    std::memcpy(&any, isEdge + x, sizeof any);
+    if (any == 0) continue;
     for (int k = x; k < x + kAtOnce; ++k) {
-      if (unitX[k] != 0 || unitY[k] != 0) use(k, unitX[k], unitY[k]);
+      if (isEdge[k] != 0) use(k);
     }
   }
   for (; x < width; ++x) {
-    if (unitX[x] != 0 || unitY[x] != 0) use(x, unitX[x], unitY[x]);
+    if (isEdge[x] != 0) use(x);
   }
 }
 
-// Calls `use(x, y, unitX, unitY)` for all pels that are edges.
+// Calls `use(x, y)` for all pels that are edges.
 template <class Use>
 void forAllEdges(const GradientMap& gradients, double contrast, Use use) {
   const int width = gradients.width;
   const int height = gradients.height;
   const double least = contrast * kGradientOfStep;
   const auto floor = static_cast<std::int32_t>(std::clamp(least * least, 1.0, 1e9));
-  std::vector<std::int16_t> unitX(static_cast<std::size_t>(width));
-  std::vector<std::int16_t> unitY(static_cast<std::size_t>(width));
+  std::vector<std::uint8_t> isEdge(static_cast<std::size_t>(width));
   const auto pitch = static_cast<std::size_t>(width + 2);
   std::vector<std::int32_t> sizes(3 * pitch, 0);
   const auto row = [&](int y) {
@@ -214,19 +238,35 @@ void forAllEdges(const GradientMap& gradients, double contrast, Use use) {
     } else {
       std::fill_n(row(y + 1), width, 0);
     }
-    RZ_BEST_VARIANT(unitVectors)
-    (gradients.row(y), row(y - 1), row(y), row(y + 1), width, floor, unitX.data(), unitY.data());
-    forEachEdge(unitX.data(), unitY.data(), width,
-                [&](int x, int ux, int uy) { use(x, y, ux, uy); });
+    RZ_BEST_VARIANT(markEdges)
+    (gradients.row(y), row(y - 1), row(y), row(y + 1), width, floor, isEdge.data());
+    forEachEdge(isEdge.data(), width, [&](int x) { use(x, y); });
   }
+}
+
+// One piece of memory, since allocators keep it for the next picture; cleared step by step, since
+// that takes a while.
+std::unique_ptr<std::uint8_t[]> clearedElements(std::size_t count) {
+  constexpr std::size_t kAtOnce = 1 << 18;
+  auto elements = std::make_unique_for_overwrite<std::uint8_t[]>(count);
+  for (std::size_t i = 0; i < count; i += kAtOnce) {
+    rzAttention::check();
+    std::fill_n(elements.get() + i, std::min(kAtOnce, count - i), std::uint8_t{0});
+  }
+  return elements;
 }
 
 }  // namespace
 
 int directionOf(Vec2 normal) {
-  const double turns = std::atan2(normal.y, normal.x) / (2.0 * std::numbers::pi);
-  const int direction = static_cast<int>(std::lround(turns * kDirections));
-  return ((direction % kDirections) + kDirections) % kDirections;
+  static_assert(kDirections == 16);
+  // Tangents of the angles halfway between the directions of a quarter turn.
+  constexpr double kHalfway[] = {0.19891236737965800, 0.66817863791929892, 1.4966057626654890,
+                                 5.0273394921258481};
+  int steps = 0;
+  for (const double tangent : kHalfway) steps += std::abs(normal.y) > tangent * std::abs(normal.x);
+  if (normal.x < 0.0) steps = kDirections / 2 - steps;
+  return normal.y < 0.0 ? (kDirections - steps) % kDirections : steps;
 }
 
 ResponseMaps responsesOf(const GradientMap& gradients, double contrast) {
@@ -234,27 +274,28 @@ ResponseMaps responsesOf(const GradientMap& gradients, double contrast) {
   const int width = gradients.width;
   const int height = gradients.height;
   if (width <= 0 || height <= 0) return maps;
-  maps.margin = kGreatestRadius + 2;
   maps.pictureColumns = (width + kStride - 1) / kStride;
   maps.pictureRows = (height + kStride - 1) / kStride;
-  maps.columns = maps.pictureColumns + maps.margin / kStride;
-  maps.rows = maps.pictureRows + 2 * (maps.margin / kStride);
-  constexpr std::size_t kReadBehind = 512;  // whole tiles are read
-  maps.planeSize = sizeOf(maps.columns, maps.rows + 1) + kReadBehind;
+  maps.columns = maps.pictureColumns + kEmptyColumns;
+  maps.foldedRows = (maps.pictureRows + 1) / 2;
+  // Whole tiles are read.
+  maps.planeSize =
+      sizeOf(maps.columns, maps.foldedRows + 2 * kEmptyRows + kTileRows + 1) + kTileColumns;
 
-  for (auto& planes : maps.planes) {
-    rzAttention::check();
-    planes = std::make_unique<std::uint8_t[]>(maps.planeSize * kStride * kStride);
-  }
+  maps.elements = clearedElements(kDirections * maps.mapSize());
+  maps.edges = EdgeCells(width, height);
   const Responder responder;
   const Spreader spreader(maps, width, height);
   std::array<std::uint8_t, kDirections> responses;
-  forAllEdges(gradients, contrast, [&](int x, int y, int unitX, int unitY) {
-    responder.respond(unitX, unitY, responses);
+  forAllEdges(gradients, contrast, [&](int x, int y) {
+    maps.edges.add(x, y);
+    responder.respond(gradients.row(y)[x], responses);
     for (std::size_t d = 0; d < kDirections; ++d) {
-      if (responses[d] > 0) spreader.spread(x, y, responses[d], maps.planes[d].get());
+      if (responses[d] > 0)
+        spreader.spread(x, y, responses[d], maps.elements.get() + d * maps.mapSize());
     }
   });
+  maps.edges.sumUp();
   return maps;
 }
 

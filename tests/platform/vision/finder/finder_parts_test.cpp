@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
-#include <random>
 
-#include "platform/vision/finder/coarse_search.h"
 #include "platform/vision/finder/edge_points.h"
 #include "platform/vision/finder/gradient.h"
 #include "platform/vision/finder/model.h"
@@ -19,29 +17,6 @@ using finder::Vec2;
 
 PelView viewOf(const letters::Image& image) {
   return {image.pointToPel(0, 0), image.width(), image.height(), image.rowUpdate(), nullptr, 0};
-}
-
-TEST(SumTile, EqualsThePlainSumsOrProvesThatNoneIsHighEnough) {
-  std::mt19937 random(3);
-  std::uniform_int_distribution<int> response(0, finder::kBestResponse);
-  std::vector<std::uint8_t> bytes(5000);
-  for (auto& byte : bytes) byte = static_cast<std::uint8_t>(response(random));
-  std::uniform_int_distribution<std::ptrdiff_t> place(0, 4000);
-  for (int trial = 0; trial < 300; ++trial) {
-    std::vector<const std::uint8_t*> rows(
-        static_cast<std::size_t>(1 + trial % finder::kMostGridPoints));
-    for (auto& row : rows) row = bytes.data() + place(random);
-    const int count = static_cast<int>(rows.size());
-    const int least = static_cast<int>(trial % 7 * count * 0.6);
-    std::uint8_t sums[finder::kTile];
-    std::uint8_t plain[finder::kTile];
-    const bool isHigh = finder::sumTileReference(rows.data(), count, 100, least, plain);
-    const bool isReached = finder::sumTile(rows.data(), count, 100, least, sums);
-    EXPECT_EQ(isReached, isHigh);
-    if (isReached) {
-      EXPECT_TRUE(std::equal(sums, sums + finder::kTile, plain));
-    }
-  }
 }
 
 TEST(Gradient, OfARampIsTheSameEverywhereInside) {
