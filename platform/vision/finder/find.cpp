@@ -89,11 +89,8 @@ class Search {
   const Model& model_(double grain, std::vector<std::unique_ptr<Model>>& storage) const {
     std::unique_ptr<Model> made;
     const Model& model = pattern_.model(grain, made);
-    if (made == nullptr && !isNegative_) return model;
-    if (made == nullptr) made = std::make_unique<Model>(model);
-    if (isNegative_) {
-      for (ModelPoint& p : made->points) p.normal = -1.0 * p.normal;
-    }
+    if (isNegative_) made = std::make_unique<Model>(negative(model));
+    if (made == nullptr) return model;
     storage.push_back(std::move(made));
     return *storage.back();
   }

@@ -34,6 +34,18 @@ class Gradient {
   constexpr int x() const { return static_cast<std::int16_t>(word_); }
   constexpr int y() const { return word_ >> 16; }
 
+  /// Both in one, for loops that take several gradients in a step: `x(word)` and `y(word)` take
+  /// them apart again, in numbers as well as in vectors of them.
+  constexpr std::int32_t word() const { return word_; }
+  template <class Words>
+  static constexpr Words x(Words words) {
+    return (words << 16) >> 16;
+  }
+  template <class Words>
+  static constexpr Words y(Words words) {
+    return words >> 16;
+  }
+
  private:
   std::int32_t word_;
 };

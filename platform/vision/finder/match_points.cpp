@@ -2,145 +2,137 @@
 #include "platform/vision/finder/match_points.h"
 
 #include <algorithm>
-#include <cmath>
-
-#include "platform/vision/finder/cpu_variants.h"
 
 namespace finder {
 
 namespace {
 
-constexpr int kSamples = 8;  // along a normal, a pel apart; the first ones count
-static_assert(2 * (kGreatestRange + 1) + 1 <= kSamples);
+constexpr int kMostSamples = 2 * (kGreatestRange + 1) + 1;  // along a normal, a pel apart
+constexpr float kFarther = 0.15F;  // how much less an edge counts a pel away than one at the point
 
-// A gradient between the pels' centres, from the four around it. `u`, `v` are against the centre of
-// pel (0, 0) and leave a pel on all sides.
-RZ_ALWAYS_INLINE void blend(const Gradient* values, int width, float u, float v, float& x,
-                            float& y) {
-  const int i = static_cast<int>(u);
-  const int j = static_cast<int>(v);
-  const float a = u - static_cast<float>(i);
-  const float b = v - static_cast<float>(j);
-  const int at = j * width + i;
-  const Gradient g00 = values[at];
-  const Gradient g10 = values[at + 1];
-  const Gradient g01 = values[at + width];
-  const Gradient g11 = values[at + width + 1];
-  const float w00 = (1.0F - a) * (1.0F - b);
-  const float w10 = a * (1.0F - b);
-  const float w01 = (1.0F - a) * b;
-  const float w11 = a * b;
-  x = w00 * static_cast<float>(g00.x()) + w10 * static_cast<float>(g10.x()) +
-      w01 * static_cast<float>(g01.x()) + w11 * static_cast<float>(g11.x());
-  y = w00 * static_cast<float>(g00.y()) + w10 * static_cast<float>(g10.y()) +
-      w01 * static_cast<float>(g01.y()) + w11 * static_cast<float>(g11.y());
-}
+// A linear map with numbers as the lanes have them.
+struct FloatMap {
+  explicit FloatMap(const Mat2& m)
+      : xx(static_cast<float>(m.xx)),
+        xy(static_cast<float>(m.xy)),
+        yx(static_cast<float>(m.yx)),
+        yy(static_cast<float>(m.yy)) {}
 
-RZ_ALWAYS_INLINE bool isInside(const GradientMap& map, float u, float v) {
-  return u >= 0.0F && v >= 0.0F && u < static_cast<float>(map.width - 1) &&
-         v < static_cast<float>(map.height - 1);
-}
+  float xx, xy, yx, yy;
+};
 
-// The same, null outside.
-RZ_ALWAYS_INLINE void blendOrNull(const GradientMap& map, float u, float v, float& x, float& y) {
-  x = y = 0.0F;
-  if (isInside(map, u, v)) blend(map.values.get(), map.width, u, v, x, y);
-}
+struct Gradients {
+  Floats x, y;
+};
 
-// The gradients' parts along the normal (nx, ny) at (u + t nx, v + t ny), t from -reach on.
-RZ_ALWAYS_INLINE void sampleAlong(const GradientMap& map, float u, float v, float nx, float ny,
-                                  int reach, float* along) {
-  const auto first = static_cast<float>(-reach);
-  const float last = first + static_cast<float>(kSamples - 1);
-  if (isInside(map, u + first * nx, v + first * ny) &&
-      isInside(map, u + last * nx, v + last * ny)) {
-    const Gradient* values = map.values.get();
-    const int width = map.width;
-    for (int k = 0; k < kSamples; ++k) {
-      const float t = first + static_cast<float>(k);
-      float x;
-      float y;
-      blend(values, width, u + t * nx, v + t * ny, x, y);
-      along[k] = x * nx + y * ny;
-    }
-    return;
+// Gradients between the pels' centres, from the four around each place; null where one of these is
+// outside. `u`, `v` are against the centre of pel (0, 0).
+RZ_ALWAYS_INLINE void blend(const GradientMap& map, Floats u, Floats v, Gradients& result) {
+  const Ints isInside = (u >= 0.0F) & (v >= 0.0F) & (u < static_cast<float>(map.width - 1)) &
+                        (v < static_cast<float>(map.height - 1));
+  u = isInside ? u : Floats{};
+  v = isInside ? v : Floats{};
+  const Ints i = __builtin_convertvector(u, Ints);
+  const Ints j = __builtin_convertvector(v, Ints);
+  const Floats a = u - __builtin_convertvector(i, Floats);
+  const Floats b = v - __builtin_convertvector(j, Floats);
+  const Ints at = j * map.width + i;
+  Ints g00, g10, g01, g11;
+  for (int l = 0; l < kLanes; ++l) {
+    const Gradient* above = map.values.get() + at[l];
+    const Gradient* below = above + map.width;
+    g00[l] = above[0].word();
+    g10[l] = above[1].word();
+    g01[l] = below[0].word();
+    g11[l] = below[1].word();
   }
-  for (int k = 0; k <= 2 * reach; ++k) {
-    const float t = first + static_cast<float>(k);
-    float x;
-    float y;
-    blendOrNull(map, u + t * nx, v + t * ny, x, y);
-    along[k] = x * nx + y * ny;
-  }
+  const Floats w00 = (1.0F - a) * (1.0F - b);
+  const Floats w10 = a * (1.0F - b);
+  const Floats w01 = (1.0F - a) * b;
+  const Floats w11 = a * b;
+  const Floats x = w00 * __builtin_convertvector(Gradient::x(g00), Floats) +
+                   w10 * __builtin_convertvector(Gradient::x(g10), Floats) +
+                   w01 * __builtin_convertvector(Gradient::x(g01), Floats) +
+                   w11 * __builtin_convertvector(Gradient::x(g11), Floats);
+  const Floats y = w00 * __builtin_convertvector(Gradient::y(g00), Floats) +
+                   w10 * __builtin_convertvector(Gradient::y(g10), Floats) +
+                   w01 * __builtin_convertvector(Gradient::y(g01), Floats) +
+                   w11 * __builtin_convertvector(Gradient::y(g11), Floats);
+  result.x = isInside ? x : Floats{};
+  result.y = isInside ? y : Floats{};
 }
 
-// Of two edges the nearer one counts more.
-RZ_ALWAYS_INLINE float preference(float offset) { return 1.0F / (1.0F + 0.15F * offset * offset); }
-
-RZ_ALWAYS_INLINE void matchPoint(const GradientMap& map, float u, float v, int range, float least,
-                                 PointMatch& match) {
-  const auto nx = static_cast<float>(match.normal.x);
-  const auto ny = static_cast<float>(match.normal.y);
+// Looks along the normals from (u, v) for the strongest edges; of two the nearer one counts more.
+RZ_ALWAYS_INLINE void findEdges(const GradientMap& map, Floats u, Floats v, int range, float least,
+                                Matches& m) {
   const int reach = range + 1;
-  float along[kSamples];
-  sampleAlong(map, u, v, nx, ny, reach, along);
-  float best = 0.0F;
-  float bestOffset = 0.0F;
-  float strength = 0.0F;
+  Floats along[kMostSamples];
+  Gradients g;
+  for (int k = 0; k <= 2 * reach; ++k) {
+    const auto t = static_cast<float>(k - reach);
+    blend(map, u + t * m.normalX, v + t * m.normalY, g);
+    along[k] = g.x * m.normalX + g.y * m.normalY;
+  }
+  Floats best{};
+  m.offset = m.strength = Floats{};
   for (int k = 1; k < 2 * reach; ++k) {
-    const float here = along[k];
-    const float before = along[k - 1];
-    const float after = along[k + 1];
-    if (here < least || here < before || here <= after) continue;
-    const float offset =
-        static_cast<float>(k - reach) + 0.5F * (before - after) / (before - 2.0F * here + after);
-    const float value = here * preference(offset);
-    if (value <= best) continue;
-    best = value;
-    bestOffset = offset;
-    strength = here;
+    const Floats here = along[k];
+    const Floats before = along[k - 1];
+    const Floats after = along[k + 1];
+    const Ints isEdge = (here >= least) & (here >= before) & (here > after);
+    const Floats bend = isEdge ? before - 2.0F * here + after : Floats{} - 1.0F;
+    const Floats offset = static_cast<float>(k - reach) + 0.5F * (before - after) / bend;
+    const Floats value = here / (1.0F + kFarther * offset * offset);
+    const Ints isBetter = isEdge & (value > best);
+    best = isBetter ? value : best;
+    m.offset = isBetter ? offset : m.offset;
+    m.strength = isBetter ? here : m.strength;
   }
-  if (strength <= 0.0F) return;
-  match.offset = static_cast<double>(bestOffset);
-  match.strength = static_cast<double>(strength);
-  float x;
-  float y;
-  blendOrNull(map, u + bestOffset * nx, v + bestOffset * ny, x, y);
-  const float size = std::sqrt(x * x + y * y);
-  if (size > 0.0F) match.cosine = static_cast<double>((x * nx + y * ny) / size);
+  blend(map, u + m.offset * m.normalX, v + m.offset * m.normalY, g);
+  const Floats size = rootOf(g.x * g.x + g.y * g.y);
+  const Ints isKnown = (m.strength > 0.0F) & (size > 0.0F);
+  const Floats cosine = (g.x * m.normalX + g.y * m.normalY) / (isKnown ? size : Floats{} + 1.0F);
+  m.cosine = isKnown ? cosine : Floats{};
 }
 
-RZ_ALWAYS_INLINE void matchAll(const GradientMap& map, Vec2 centre, double boldness, int range,
-                               float least, PointMatch* matches, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    PointMatch& match = matches[i];
-    const Vec2 place = centre + match.arm + boldness * match.normal;
-    matchPoint(map, static_cast<float>(place.x - 0.5), static_cast<float>(place.y - 0.5), range,
-               least, match);
+RZ_ALWAYS_INLINE void matchBlocks(const GradientMap& gradients, const PointBlock* points,
+                                  const Pose& pose, const Mat2& map, int range, float least,
+                                  std::vector<Matches>& matches) {
+  const FloatMap arms(map);
+  const FloatMap normals(normalMap(map));
+  const auto centreU = static_cast<float>(pose.centre.x - 0.5);
+  const auto centreV = static_cast<float>(pose.centre.y - 0.5);
+  const auto boldness = static_cast<float>(pose.boldness);
+  for (Matches& m : matches) {
+    const PointBlock& p = *points++;
+    m.armX = arms.xx * p.x + arms.xy * p.y;
+    m.armY = arms.yx * p.x + arms.yy * p.y;
+    const Floats x = normals.xx * p.normalX + normals.xy * p.normalY;
+    const Floats y = normals.yx * p.normalX + normals.yy * p.normalY;
+    const Floats size = rootOf(x * x + y * y);
+    m.normalX = x / size;
+    m.normalY = y / size;
+    m.weight = p.weight;
+    findEdges(gradients, centreU + (m.armX + boldness * m.normalX),
+              centreV + (m.armY + boldness * m.normalY), range, least, m);
   }
 }
 
-RZ_CPU_VARIANTS(matchAll,
-                (const GradientMap& map, Vec2 centre, double boldness, int range, float least,
-                 PointMatch* matches, std::size_t count),
-                (map, centre, boldness, range, least, matches, count))
+RZ_CPU_VARIANTS(matchBlocks,
+                (const GradientMap& gradients, const PointBlock* points, const Pose& pose,
+                 const Mat2& map, int range, float least, std::vector<Matches>& matches),
+                (gradients, points, pose, map, range, least, matches))
 
 }  // namespace
 
-void matchPoints(const GradientMap& gradients, const std::vector<ModelPoint>& points,
-                 std::size_t count, const Pose& pose, const Mat2& map, int range, double least,
-                 std::vector<PointMatch>& matches) {
+void matchPoints(const GradientMap& gradients, const Model& model, std::size_t count,
+                 const Pose& pose, const Mat2& map, int range, double least,
+                 std::vector<Matches>& matches) {
   matches.clear();
-  for (std::size_t i = 0; i < std::min(count, points.size()); ++i) {
-    PointMatch match;
-    match.arm = map * points[i].place;
-    match.normal = mapNormal(map, points[i].normal);
-    match.weight = points[i].weight;
-    matches.push_back(match);
-  }
-  RZ_BEST_VARIANT(matchAll)
-  (gradients, pose.centre, pose.boldness, range, static_cast<float>(least), matches.data(),
-   matches.size());
+  if (gradients.width < 2 || gradients.height < 2) return;
+  matches.resize((std::min(count, model.points.size()) + kLanes - 1) / kLanes);
+  RZ_BEST_VARIANT(matchBlocks)
+  (gradients, model.blocks.data(), pose, map, range, static_cast<float>(least), matches);
 }
 
 }  // namespace finder

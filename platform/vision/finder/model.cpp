@@ -46,6 +46,21 @@ std::vector<Neighbours> neighboursOf(const std::vector<ModelPoint>& points) {
   return all;
 }
 
+std::vector<PointBlock> blocksOf(const std::vector<ModelPoint>& points) {
+  constexpr PointBlock kNone{{}, {}, Floats{} + 1.0F, {}, {}};
+  std::vector<PointBlock> blocks((points.size() + kLanes - 1) / kLanes, kNone);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    PointBlock& block = blocks[i / kLanes];
+    const ModelPoint& p = points[i];
+    block.x[i % kLanes] = static_cast<float>(p.place.x);
+    block.y[i % kLanes] = static_cast<float>(p.place.y);
+    block.normalX[i % kLanes] = static_cast<float>(p.normal.x);
+    block.normalY[i % kLanes] = static_cast<float>(p.normal.y);
+    block.weight[i % kLanes] = static_cast<float>(p.weight);
+  }
+  return blocks;
+}
+
 }  // namespace
 
 PatternFrame measurePattern(const TrainingImage& image, double grain) {
@@ -75,8 +90,15 @@ Model makeModel(const TrainingImage& image, const PatternFrame& frame, double gr
     model.points.push_back(point);
   }
   model.points = thinned(model.points, mostPoints);
+  model.blocks = blocksOf(model.points);
   model.neighbours = neighboursOf(model.points);
   for (const ModelPoint& p : model.points) model.radius = std::max(model.radius, length(p.place));
+  return model;
+}
+
+Model negative(Model model) {
+  for (ModelPoint& p : model.points) p.normal = -1.0 * p.normal;
+  model.blocks = blocksOf(model.points);
   return model;
 }
 

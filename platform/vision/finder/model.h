@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/vision/finder/geometry.h"
+#include "platform/vision/finder/lanes.h"
 
 namespace finder {
 
@@ -26,10 +27,18 @@ struct ModelPoint {
 inline constexpr std::size_t kNeighbours = 4;
 using Neighbours = std::array<std::uint16_t, kNeighbours>;
 
+/// Some points of an outline side by side.
+struct PointBlock {
+  Floats x, y;
+  Floats normalX, normalY;
+  Floats weight;  // 0 in the last block where there are no more points
+};
+
 /// The outline as it shows when the picture has a certain grain.
 struct Model {
   double grain = 1.0;                  // size of the picture's pels in pels of the training image
   std::vector<ModelPoint> points;      // evenly spaced along the outline, in the order of thinned()
+  std::vector<PointBlock> blocks;      // the same points, in the same order
   std::vector<Neighbours> neighbours;  // of each point, by their indices, along its own edge
   double radius = 0.0;                 // greatest distance of a point from the centre
 };
@@ -55,6 +64,9 @@ PatternFrame measurePattern(const TrainingImage& image, double grain);
 /// The outline at `grain`, at most `mostPoints` points. No points when there are too few.
 Model makeModel(const TrainingImage& image, const PatternFrame& frame, double grain,
                 int mostPoints);
+
+/// The outline of the same print, light where it is dark.
+Model negative(Model model);
 
 /// An even choice of at most `count` of the points, in such an order that also the first few are
 /// evenly spread.

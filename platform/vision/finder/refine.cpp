@@ -12,7 +12,7 @@ namespace finder {
 namespace {
 
 constexpr double kConverged = 0.003;  // pels by which no point moves any more
-constexpr std::size_t kFewestEdges = 6;
+constexpr int kFewestEdges = 6;
 constexpr int kUnknowns = 5;           // x, y, turn, relative scale, boldness
 constexpr double kStiffness = 0.1;     // against boldness, as a share of all weights
 constexpr double kMostBoldness = 1.0;  // pels
@@ -20,14 +20,6 @@ constexpr double kMostBoldness = 1.0;  // pels
 // Normal equations of the unknowns, and their solution by elimination.
 struct Equations {
   std::array<std::array<double, kUnknowns + 1>, kUnknowns> rows{};
-
-  void add(const std::array<double, kUnknowns>& slopes, double offset, double weight) {
-    for (std::size_t i = 0; i < kUnknowns; ++i) {
-      const double f = weight * slopes[i];
-      for (std::size_t j = 0; j < kUnknowns; ++j) rows[i][j] += f * slopes[j];
-      rows[i][kUnknowns] += f * offset;
-    }
-  }
 
   void hold(std::size_t unknown) {
     for (std::size_t i = 0; i < kUnknowns; ++i) rows[i][unknown] = rows[unknown][i] = 0.0;
@@ -59,13 +51,57 @@ struct Equations {
   }
 };
 
+// Sums over the pattern's points, of which each lane has a share.
+struct Sums {
+  Floats products[kUnknowns][kUnknowns + 1]{};  // of the equations; those below the diagonal are
+                                                // not used
+  Floats weights{};                             // of the edges
+  Floats allWeights{};                          // of the points
+  Ints edges{};
+
+  Equations equations() const {
+    Equations result;
+    for (std::size_t i = 0; i < kUnknowns; ++i) {
+      for (std::size_t j = i; j <= kUnknowns; ++j) result.rows[i][j] = sumOf(products[i][j]);
+      for (std::size_t j = 0; j < i; ++j) result.rows[i][j] = result.rows[j][i];
+    }
+    return result;
+  }
+};
+
 // Full weight for edges that nearly agree, none for those that are far off or turned.
-double edgeWeight(const PointMatch& match, double range) {
-  const double far = match.offset / (range + 0.5);
-  const double near = std::max(0.0, 1.0 - far * far);
-  const double turned = std::clamp((match.cosine - 0.5) / 0.35, 0.0, 1.0);
-  return match.weight * near * near * turned;
+RZ_ALWAYS_INLINE Floats edgeWeight(const Matches& m, float range) {
+  const Floats far = m.offset / (range + 0.5F);
+  const Floats near = greater(1.0F - far * far, Floats{});
+  const Floats turned = unitClamped((m.cosine - 0.5F) / 0.35F);
+  const Floats weight = m.weight * near * near * turned;
+  return m.strength > 0.0F ? weight : Floats{};
 }
+
+RZ_ALWAYS_INLINE void addUp(const std::vector<Matches>& matches, const Mat2& turning, float range,
+                            Sums& sums) {
+  const auto xx = static_cast<float>(turning.xx), xy = static_cast<float>(turning.xy);
+  const auto yx = static_cast<float>(turning.yx), yy = static_cast<float>(turning.yy);
+  for (const Matches& m : matches) {
+    const Floats weight = edgeWeight(m, range);
+    const Floats turn =
+        m.normalX * (xx * m.armX + xy * m.armY) + m.normalY * (yx * m.armX + yy * m.armY);
+    const Floats growth = m.normalX * m.armX + m.normalY * m.armY;
+    const Floats slopes[kUnknowns + 1] = {m.normalX, m.normalY,       turn,
+                                          growth,    Floats{} + 1.0F, m.offset};
+    for (int i = 0; i < kUnknowns; ++i) {
+      const Floats f = weight * slopes[i];
+      for (int j = i; j <= kUnknowns; ++j) sums.products[i][j] += f * slopes[j];
+    }
+    sums.weights += weight;
+    sums.allWeights += m.weight;
+    sums.edges -= weight > 0.0F;
+  }
+}
+
+RZ_CPU_VARIANTS(addUp,
+                (const std::vector<Matches>& matches, const Mat2& turning, float range, Sums& sums),
+                (matches, turning, range, sums))
 
 }  // namespace
 
@@ -84,32 +120,21 @@ std::optional<Pose> refined(const GradientMap& gradients, const Model& model,
                             const Mat2& levelFromClient, const Pose& start,
                             const PoseLimits& limits, const RefinePlan& plan) {
   Pose pose = start;
-  std::vector<PointMatch> matches;
+  std::vector<Matches> matches;
   for (int round = 0; round < plan.rounds; ++round) {
     const Mat2 map = levelFromClient * similarity(pose.angle, pose.scale);
     // A point moves by this when the pose turns by a radian: as if its arm were turned by a quarter
     // in client coordinates.
     const Mat2 turning = map * Mat2{0.0, -1.0, 1.0, 0.0} * inverse(map);
-    matchPoints(gradients, model.points, plan.points, pose, map, plan.range, plan.least, matches);
-    Equations equations;
-    std::size_t edges = 0;
-    double weights = 0.0;
-    double radius = 0.0;
-    double all = 0.0;
-    for (const PointMatch& match : matches) {
-      radius = std::max(radius, length(match.arm));
-      all += match.weight;
-      if (match.strength <= 0.0) continue;
-      const double weight = edgeWeight(match, plan.range);
-      if (weight <= 0.0) continue;
-      ++edges;
-      weights += weight;
-      equations.add({match.normal.x, match.normal.y, dot(match.normal, turning * match.arm),
-                     dot(match.normal, match.arm), 1.0},
-                    match.offset, weight);
-    }
-    if (weights < plan.support * all) return std::nullopt;
+    matchPoints(gradients, model, plan.points, pose, map, plan.range, plan.least, matches);
+    Sums sums;
+    RZ_BEST_VARIANT(addUp)(matches, turning, static_cast<float>(plan.range), sums);
+    const double weights = sumOf(sums.weights);
+    if (weights < plan.support * sumOf(sums.allWeights)) return std::nullopt;
+    int edges = 0;
+    for (int l = 0; l < kLanes; ++l) edges += sums.edges[l];
     if (edges < kFewestEdges) return pose;
+    Equations equations = sums.equations();
     const double stiffness = kStiffness * weights;
     equations.rows[4][4] += stiffness;
     equations.rows[4][kUnknowns] -= stiffness * pose.boldness;
@@ -119,8 +144,9 @@ std::optional<Pose> refined(const GradientMap& gradients, const Model& model,
     if (!equations.solve(step)) return pose;
     const double farthest = plan.range + 0.5;
     const double shift = std::hypot(step[0], step[1]);
-    const double moved =
-        shift + radius * (std::abs(step[2]) + std::abs(step[3])) + std::abs(step[4]);
+    const double moved = shift +
+                         model.radius * meanScale(map) * (std::abs(step[2]) + std::abs(step[3])) +
+                         std::abs(step[4]);
     if (!(moved < 4.0 * farthest)) return pose;
     pose.centre = pose.centre + Vec2{step[0], step[1]};
     if (limits.angleIsFree) pose.angle += step[2];

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "platform/vision/finder/match_points.h"
 
@@ -13,48 +14,88 @@ namespace {
 // Where the agreement of a point with its edge begins to fall and where it ends. Measured so that
 // ordinary print keeps its score while other characters lose theirs: narrower limits cost
 // characters of bad print more than they take from wrong ones.
-constexpr double kNear = 0.2;  // pels between point and edge
+constexpr float kNear = 0.2F;  // pels between point and edge
 constexpr double kFar = 0.9;   // less for patterns of a small radius, whose strokes are closer
 constexpr double kFarOfNone = 0.3;
 constexpr double kFarOfRadius = 0.04;
-constexpr double kAlong = 0.96;  // cosine of the angle between their directions
-constexpr double kAcross = 0.8;
-constexpr double kSureContrast = 0.8;  // of the contrast asked for, as an ideal step
-constexpr double kNoContrast = 0.3;
-constexpr double kSureStrength = 0.4;  // of the median of the pattern's edges
-constexpr double kNoStrength = 0.1;
+constexpr float kAlong = 0.96F;  // cosine of the angle between their directions
+constexpr float kAcross = 0.8F;
+constexpr float kSureContrast = 0.8F;  // of the contrast asked for, as an ideal step
+constexpr float kNoContrast = 0.3F;
+constexpr float kSureStrength = 0.4F;  // of the median of the pattern's edges
+constexpr float kNoStrength = 0.1F;
 // The score is a power of the mean agreement.
 constexpr double kPower = 1.1;
 // What tells a character from another one that has all the rest of it, a Q from an O, is missing in
 // one piece, while noise takes points here and there. A point is part of such a piece when its
 // neighbourhood agrees less than this in the mean, and none of the piece when it agrees more.
-constexpr double kNoneAround = 0.2;
-constexpr double kEnoughAround = 0.5;
-constexpr double kSmallPiece = 0.015;  // of the outline: up to this it does not count,
-constexpr double kLargePiece = 0.06;   // from this on in full,
+constexpr float kNoneAround = 0.2F;
+constexpr float kEnoughAround = 0.5F;
+constexpr float kSmallPiece = 0.015F;  // of the outline: up to this it does not count,
+constexpr float kLargePiece = 0.06F;   // from this on in full,
 constexpr double kLossOfPiece = 0.3;   // and takes so much of the score
-constexpr double kHasPartner = 0.3;    // agreement from which a point counts as covered
+constexpr float kHasPartner = 0.3F;    // agreement from which a point counts as covered
 
 // 1 up to `from`, 0 from `to` on, smooth between.
-double falling(double value, double from, double to) {
-  const double t = std::clamp((value - from) / (to - from), 0.0, 1.0);
-  return 1.0 - t * t * (3.0 - 2.0 * t);
+template <class Value>
+RZ_ALWAYS_INLINE Value falling(Value value, float from, float to) {
+  const Value t = unitClamped((value - from) / (to - from));
+  return 1.0F - t * t * (3.0F - 2.0F * t);
 }
 
-double rising(double value, double from, double to) { return 1.0 - falling(value, from, to); }
-
-double agreementOf(const PointMatch& match, double far, double step, double median) {
-  return falling(std::abs(match.offset), kNear, far) * rising(match.cosine, kAcross, kAlong) *
-         rising(match.strength, kNoContrast * step, kSureContrast * step) *
-         rising(match.strength, kNoStrength * median, kSureStrength * median);
+template <class Value>
+RZ_ALWAYS_INLINE Value rising(Value value, float from, float to) {
+  return 1.0F - falling(value, from, to);
 }
 
-double medianStrength(const std::vector<PointMatch>& matches) {
-  std::vector<double> strengths;
-  for (const PointMatch& m : matches) {
-    if (m.strength > 0.0) strengths.push_back(m.strength);
+// The limits of one pattern in one picture.
+struct Limits {
+  float far;     // pels
+  float step;    // gradient of the contrast asked for
+  float median;  // gradient of the pattern's edges
+};
+
+RZ_ALWAYS_INLINE Floats agreementOf(const Matches& m, const Limits& limits) {
+  const Floats agreement =
+      falling(absolute(m.offset), kNear, limits.far) * rising(m.cosine, kAcross, kAlong) *
+      rising(m.strength, kNoContrast * limits.step, kSureContrast * limits.step) *
+      rising(m.strength, kNoStrength * limits.median, kSureStrength * limits.median);
+  return m.strength > 0.0F ? agreement : Floats{};
+}
+
+// Sums over the pattern's points, of which each lane has a share.
+struct Sums {
+  Floats agreed{};
+  Floats found{};
+  Floats all{};
+};
+
+RZ_ALWAYS_INLINE void addUp(const std::vector<Matches>& matches, const Limits& limits, Sums& sums,
+                            float* agreements) {
+  for (const Matches& m : matches) {
+    const Floats agreement = agreementOf(m, limits);
+    std::memcpy(agreements, &agreement, sizeof agreement);
+    agreements += kLanes;
+    sums.agreed += m.weight * agreement;
+    sums.found += agreement > kHasPartner ? m.weight : Floats{};
+    sums.all += m.weight;
   }
-  if (strengths.empty()) return 0.0;
+}
+
+RZ_CPU_VARIANTS(addUp,
+                (const std::vector<Matches>& matches, const Limits& limits, Sums& sums,
+                 float* agreements),
+                (matches, limits, sums, agreements))
+
+float medianStrength(const std::vector<Matches>& matches) {
+  std::vector<float> strengths;
+  strengths.reserve(matches.size() * kLanes);
+  for (const Matches& m : matches) {
+    for (int l = 0; l < kLanes; ++l) {
+      if (m.strength[l] > 0.0F && m.weight[l] > 0.0F) strengths.push_back(m.strength[l]);
+    }
+  }
+  if (strengths.empty()) return 0.0F;
   const auto middle = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() / 2);
   std::nth_element(strengths.begin(), middle, strengths.end());
   return *middle;
@@ -62,17 +103,16 @@ double medianStrength(const std::vector<PointMatch>& matches) {
 
 // The share of the outline that is missing in one piece, by its points' agreements: those whose
 // neighbourhood has none either.
-double missingShare(const Model& model, const std::vector<PointMatch>& matches,
-                    const std::vector<double>& agreements) {
+double missingShare(const Model& model, const std::vector<float>& agreements) {
   double missing = 0.0;
-  double all = 0.0;
-  for (std::size_t i = 0; i < agreements.size(); ++i) {
-    double sum = agreements[i];
+  for (std::size_t i = 0; i < model.points.size(); ++i) {
+    float sum = agreements[i];
     for (const std::uint16_t k : model.neighbours[i]) sum += agreements[k];
-    all += matches[i].weight;
-    missing += matches[i].weight * falling(sum / (kNeighbours + 1), kNoneAround, kEnoughAround);
+    const float mean = sum / static_cast<float>(kNeighbours + 1);
+    missing +=
+        model.points[i].weight * static_cast<double>(falling(mean, kNoneAround, kEnoughAround));
   }
-  return missing / all;
+  return missing / static_cast<double>(model.points.size());
 }
 
 }  // namespace
@@ -80,32 +120,25 @@ double missingShare(const Model& model, const std::vector<PointMatch>& matches,
 Assessment assess(const GradientMap& gradients, const Model& model, std::size_t points,
                   const Mat2& levelFromClient, const Pose& pose, double contrast) {
   const double step = contrast * kGradientOfStep;
-  std::vector<PointMatch> matches;
+  std::vector<Matches> matches;
   const Mat2 map = levelFromClient * similarity(pose.angle, pose.scale);
-  matchPoints(gradients, model.points, points, pose, map, 1, kNoContrast * step, matches);
-  Assessment result;
-  const double median = medianStrength(matches);
-  if (median <= 0.0) return result;
+  matchPoints(gradients, model, points, pose, map, 1, double{kNoContrast} * step, matches);
+  const float median = medianStrength(matches);
+  if (median <= 0.0F) return {};
   const double far = std::min(kFar, kFarOfNone + kFarOfRadius * model.radius * meanScale(map));
-  double sum = 0.0;
-  double found = 0.0;
-  double all = 0.0;
-  std::vector<double> agreements(matches.size(), 0.0);
-  for (std::size_t i = 0; i < matches.size(); ++i) {
-    const PointMatch& m = matches[i];
-    all += m.weight;
-    if (m.strength <= 0.0) continue;
-    const double agreement = agreementOf(m, far, step, median);
-    agreements[i] = agreement;
-    sum += m.weight * agreement;
-    if (agreement > kHasPartner) found += m.weight;
+  const Limits limits{static_cast<float>(far), static_cast<float>(step), median};
+  std::vector<float> agreements(matches.size() * kLanes);
+  Sums sums;
+  RZ_BEST_VARIANT(addUp)(matches, limits, sums, agreements.data());
+  const double all = sumOf(sums.all);
+  Assessment result;
+  result.score = std::clamp(std::pow(sumOf(sums.agreed) / all, kPower), 0.0, 1.0);
+  if (points >= model.points.size()) {
+    const auto missing = static_cast<float>(missingShare(model, agreements));
+    result.score *=
+        1.0 - kLossOfPiece * static_cast<double>(rising(missing, kSmallPiece, kLargePiece));
   }
-  result.score = std::clamp(std::pow(sum / all, kPower), 0.0, 1.0);
-  if (points == model.points.size()) {
-    const double missing = missingShare(model, matches, agreements);
-    result.score *= 1.0 - kLossOfPiece * rising(missing, kSmallPiece, kLargePiece);
-  }
-  result.coverage = found / all;
+  result.coverage = sumOf(sums.found) / all;
   return result;
 }
 
