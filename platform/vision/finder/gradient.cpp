@@ -20,7 +20,8 @@ constexpr int kSlope1 = 71, kSlope2 = 28;
 // One row, filtered downwards: `down` keeps the row smoothed, `slope` its derivative. Both get two
 // more elements on each side.
 RZ_ALWAYS_INLINE void filterColumns(const std::uint8_t* const rows[5], int width,
-                                    std::int16_t* smooth, std::int16_t* slope) {
+                                    std::int16_t* __restrict smooth,
+                                    std::int16_t* __restrict slope) {
   const std::uint8_t* r0 = rows[0];
   const std::uint8_t* r1 = rows[1];
   const std::uint8_t* r2 = rows[2];
