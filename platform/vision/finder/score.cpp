@@ -34,7 +34,17 @@ constexpr float kEnoughAround = 0.5F;
 constexpr float kSmallPiece = 0.015F;  // of the outline: up to this it does not count,
 constexpr float kLargePiece = 0.06F;   // from this on in full,
 constexpr double kLossOfPiece = 0.3;   // and takes so much of the score
-constexpr float kHasPartner = 0.3F;    // agreement from which a point counts as covered
+// Edges lie to both sides of the right character's outline by chance, and to one side of another
+// one's along whole pieces: a B's in an 8. Means of the offsets over a neighbourhood, in pels;
+// noise makes them larger, by this part of the median by which offsets differ from those around
+// them.
+constexpr float kLittleShift = 0.1F;
+constexpr float kMuchShift = 0.3F;
+constexpr float kShiftOfNoise = 0.66F;
+constexpr float kFewShifted = 0.1F;   // of the outline: up to this it does not count,
+constexpr float kManyShifted = 0.2F;  // from this on in full,
+constexpr double kLossOfShift = 0.15;
+constexpr float kHasPartner = 0.3F;  // agreement from which a point counts as covered
 
 // 1 up to `from`, 0 from `to` on, smooth between.
 template <class Value>
@@ -87,6 +97,14 @@ RZ_CPU_VARIANTS(addUp,
                  float* agreements),
                 (matches, limits, sums, agreements))
 
+// 0 of none.
+float medianOf(std::vector<float>& values) {
+  if (values.empty()) return 0.0F;
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
 float medianStrength(const std::vector<Matches>& matches) {
   std::vector<float> strengths;
   strengths.reserve(matches.size() * kLanes);
@@ -95,10 +113,7 @@ float medianStrength(const std::vector<Matches>& matches) {
       if (m.strength[l] > 0.0F && m.weight[l] > 0.0F) strengths.push_back(m.strength[l]);
     }
   }
-  if (strengths.empty()) return 0.0F;
-  const auto middle = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() / 2);
-  std::nth_element(strengths.begin(), middle, strengths.end());
-  return *middle;
+  return medianOf(strengths);
 }
 
 // The share of the outline that is missing in one piece, by its points' agreements: those whose
@@ -113,6 +128,49 @@ double missingShare(const Model& model, const std::vector<float>& agreements) {
         model.points[i].weight * static_cast<double>(falling(mean, kNoneAround, kEnoughAround));
   }
   return missing / static_cast<double>(model.points.size());
+}
+
+// The share of the outline to one side of which its edges lie.
+double shiftedShare(const Model& model, const std::vector<Matches>& matches) {
+  const std::size_t count = model.points.size();
+  const auto hasEdge = [&](std::size_t i) {
+    return matches[i / kLanes].strength[i % kLanes] > 0.0F;
+  };
+  const auto offsetOf = [&](std::size_t i) { return matches[i / kLanes].offset[i % kLanes]; };
+  std::vector<float> shifts(count, 0.0F);
+  std::vector<float> deviations;
+  deviations.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    float sum = 0.0F;
+    float edges = 0.0F;
+    for (const std::uint16_t k : model.neighbours[i]) {
+      if (!hasEdge(k)) continue;
+      sum += offsetOf(k);
+      edges += 1.0F;
+    }
+    if (hasEdge(i)) {
+      if (edges > 1.0F) deviations.push_back(std::abs(offsetOf(i) - sum / edges));
+      sum += offsetOf(i);
+      edges += 1.0F;
+    }
+    if (edges > 0.0F) shifts[i] = std::abs(sum / edges);
+  }
+  const float noise = kShiftOfNoise * medianOf(deviations);
+  double shifted = 0.0;
+  for (std::size_t i = 0; i < count; ++i) {
+    shifted += model.points[i].weight *
+               static_cast<double>(rising(shifts[i], kLittleShift + noise, kMuchShift + noise));
+  }
+  return shifted / static_cast<double>(count);
+}
+
+// What another character's differences take from a score: the greater of both kinds.
+double lossOf(double missing, double shifted) {
+  const auto piece =
+      static_cast<double>(rising(static_cast<float>(missing), kSmallPiece, kLargePiece));
+  const auto shift =
+      static_cast<double>(rising(static_cast<float>(shifted), kFewShifted, kManyShifted));
+  return std::max(kLossOfPiece * piece, kLossOfShift * shift);
 }
 
 }  // namespace
@@ -134,9 +192,7 @@ Assessment assess(const GradientMap& gradients, const Model& model, std::size_t 
   Assessment result;
   result.score = std::clamp(std::pow(sumOf(sums.agreed) / all, kPower), 0.0, 1.0);
   if (points >= model.points.size()) {
-    const auto missing = static_cast<float>(missingShare(model, agreements));
-    result.score *=
-        1.0 - kLossOfPiece * static_cast<double>(rising(missing, kSmallPiece, kLargePiece));
+    result.score *= 1.0 - lossOf(missingShare(model, agreements), shiftedShare(model, matches));
   }
   result.coverage = sumOf(sums.found) / all;
   return result;
