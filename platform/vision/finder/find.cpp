@@ -22,6 +22,7 @@ namespace {
 // Agreement from which a place of the grid is worth a closer look. True instances lie above 0.8, in
 // bad print above 0.7.
 constexpr double kGridThreshold = 0.66;
+constexpr double kGridThresholdOfOneScale = 0.73;  // a known scale is not off by a part of a step
 constexpr std::size_t kMostCandidates = 250;
 constexpr int kGridPoints = 48;
 // The first look at a candidate; the share of its points that must find edges and the share of the
@@ -120,8 +121,8 @@ class Search {
     const std::vector<Candidate> candidates = searchGrid(
         picture_.levelWithResponses(band.level).responses, thinned(top.model->points, kGridPoints),
         top.levelFromClient, gridTurns(band, angles),
-        angles.isFullTurn ? static_cast<int>(angles.values.size()) : 0, kGridThreshold,
-        kMostCandidates);
+        angles.isFullTurn ? static_cast<int>(angles.values.size()) : 0,
+        plan_.scaleIsOpen ? kGridThreshold : kGridThresholdOfOneScale, kMostCandidates);
     for (const Candidate& candidate : candidates) {
       rzAttention::check();
       follow_(candidate.pose, views, limits);
