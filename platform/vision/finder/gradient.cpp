@@ -99,8 +99,8 @@ void clearMasked(const PelView& picture, int reach, GradientMap& map) {
 GradientMap gradientsOf(const PelView& picture, int reach) {
   GradientMap map{picture.width, picture.height, {}};
   if (picture.width <= 0 || picture.height <= 0) return map;
-  map.values = std::make_unique_for_overwrite<Gradient[]>(static_cast<std::size_t>(picture.width) *
-                                                          static_cast<std::size_t>(picture.height));
+  map.values = makeLargeArray<Gradient>(static_cast<std::size_t>(picture.width) *
+                                        static_cast<std::size_t>(picture.height));
   const auto rowSize = static_cast<std::size_t>(picture.width + 2 * kGradientReach);
   std::vector<std::int16_t> smooth(rowSize);
   std::vector<std::int16_t> slope(rowSize);

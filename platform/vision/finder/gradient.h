@@ -9,10 +9,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "platform/vision/finder/geometry.h"
+#include "platform/vision/finder/large_array.h"
 
 namespace finder {
 
@@ -60,7 +60,7 @@ inline constexpr double kGradientOfStep = 24.9;
 struct GradientMap {
   int width = 0;
   int height = 0;
-  std::unique_ptr<Gradient[]> values;
+  LargeArray<Gradient> values;
 
   const Gradient* row(int y) const { return values.get() + static_cast<std::ptrdiff_t>(y) * width; }
 };

@@ -52,7 +52,7 @@ struct ResponseMaps {
   int pictureRows = 0;        // rows of a plane in the picture
   int foldedRows = 0;         // of which so many come first
   std::size_t planeSize = 0;  // elements of a plane with what may be read behind its end
-  std::unique_ptr<std::uint8_t[]> elements;  // four planes for each direction
+  LargeArray<std::uint8_t> elements;  // four planes for each direction
   EdgeCells edges;                           // those that any direction responds to
 
   bool isEmpty() const { return elements == nullptr; }

@@ -246,9 +246,9 @@ void forAllEdges(const GradientMap& gradients, double contrast, Use use) {
 
 // One piece of memory, since allocators keep it for the next picture; cleared step by step, since
 // that takes a while.
-std::unique_ptr<std::uint8_t[]> clearedElements(std::size_t count) {
+LargeArray<std::uint8_t> clearedElements(std::size_t count) {
   constexpr std::size_t kAtOnce = 1 << 18;
-  auto elements = std::make_unique_for_overwrite<std::uint8_t[]>(count);
+  auto elements = makeLargeArray<std::uint8_t>(count);
   for (std::size_t i = 0; i < count; i += kAtOnce) {
     rzAttention::check();
     std::fill_n(elements.get() + i, std::min(kAtOnce, count - i), std::uint8_t{0});
