@@ -11,8 +11,8 @@
 namespace finder {
 
 /// Memory of `size` bytes, not initialised. Where the system has large pages and the memory fills
-/// many of them, it asks for these: touching and giving back small ones takes as long as the work
-/// itself. Throws std::bad_alloc.
+/// many of them, it asks for these: touching and giving back small ones takes as much time as the
+/// work itself. Throws std::bad_alloc.
 void* allocateLarge(std::size_t size);
 void releaseLarge(void* memory, std::size_t size) noexcept;
 
