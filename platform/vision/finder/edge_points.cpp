@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 #include "rz/attention.h"
 
@@ -17,6 +18,7 @@ constexpr double kStrongShare = 0.1;     // the share of edge points that counts
 constexpr double kWeakestStep = 5.0;     // grey levels of an ideal step
 constexpr double kClose = 0.6;           // pels from a ridge at which it is measured again
 constexpr double kOwnPel = 0.52;         // half a pel, and a little for noise
+constexpr double kNeighbour = 1.8;       // pels across and down between neighbours of a piece
 constexpr double kShortestPiece = 4.0;   // times the smoothing: shorter ones are noise
 constexpr double kShortestShare = 0.02;  // of all edge points
 
@@ -80,38 +82,53 @@ Kernel kernelOf(double sigma) {
   return kernel;
 }
 
+// The row, with its ends going on for `reach` more on both sides.
+void extendRow(const std::uint8_t* pels, int width, int reach, std::vector<double>& row) {
+  for (int i = 0; i < width + 2 * reach; ++i) {
+    row[static_cast<std::size_t>(i)] = pels[std::clamp(i - reach, 0, width - 1)];
+  }
+}
+
+// out[x] += weight * in[x]
+void addRow(double weight, const double* in, int width, double* out) {
+  for (int x = 0; x < width; ++x) out[x] += weight * in[x];
+}
+
 Field gradientField(const PelView& view, double sigma) {
   const Kernel kernel = kernelOf(sigma);
-  const auto size = static_cast<std::size_t>(view.width) * static_cast<std::size_t>(view.height);
-  Field field{view.width, view.height, std::vector<Vec2>(size)};
-  std::vector<Vec2> rows(size);  // filtered along x: slope, smooth
+  const auto width = static_cast<std::size_t>(view.width);
+  const std::size_t size = width * static_cast<std::size_t>(view.height);
+  const int taps = 2 * kernel.radius + 1;
+  // Filtered along x.
+  std::vector<double> slopes(size, 0.0);
+  std::vector<double> smooths(size, 0.0);
+  std::vector<double> row(width + 2 * static_cast<std::size_t>(kernel.radius));
   for (int y = 0; y < view.height; ++y) {
     rzAttention::check();
-    const std::uint8_t* pels = view.pels + y * view.stride;
-    for (int x = 0; x < view.width; ++x) {
-      Vec2 sum;
-      for (int k = -kernel.radius; k <= kernel.radius; ++k) {
-        const double v = pels[std::clamp(x + k, 0, view.width - 1)];
-        const auto i = static_cast<std::size_t>(k + kernel.radius);
-        sum = sum + Vec2{kernel.slope[i] * v, kernel.smooth[i] * v};
-      }
-      rows[static_cast<std::size_t>(y) * static_cast<std::size_t>(view.width) +
-           static_cast<std::size_t>(x)] = sum;
+    extendRow(view.pels + y * view.stride, view.width, kernel.radius, row);
+    const std::size_t at = static_cast<std::size_t>(y) * width;
+    for (int k = 0; k < taps; ++k) {
+      const auto i = static_cast<std::size_t>(k);
+      addRow(kernel.slope[i], row.data() + k, view.width, slopes.data() + at);
+      addRow(kernel.smooth[i], row.data() + k, view.width, smooths.data() + at);
     }
   }
-  const Field along{view.width, view.height, std::move(rows)};
+  Field field{view.width, view.height, std::vector<Vec2>(size)};
+  std::vector<double> gx(width);
+  std::vector<double> gy(width);
   for (int y = 0; y < view.height; ++y) {
     rzAttention::check();
-    for (int x = 0; x < view.width; ++x) {
-      Vec2 sum;
-      for (int k = -kernel.radius; k <= kernel.radius; ++k) {
-        const Vec2 v = along.at(x, y + k);
-        const auto i = static_cast<std::size_t>(k + kernel.radius);
-        sum = sum + Vec2{kernel.smooth[i] * v.x, kernel.slope[i] * v.y};
-      }
-      field.values[static_cast<std::size_t>(y) * static_cast<std::size_t>(view.width) +
-                   static_cast<std::size_t>(x)] = sum;
+    std::fill(gx.begin(), gx.end(), 0.0);
+    std::fill(gy.begin(), gy.end(), 0.0);
+    for (int k = 0; k < taps; ++k) {
+      const int from = std::clamp(y + k - kernel.radius, 0, view.height - 1);
+      const std::size_t at = static_cast<std::size_t>(from) * width;
+      const auto i = static_cast<std::size_t>(k);
+      addRow(kernel.smooth[i], slopes.data() + at, view.width, gx.data());
+      addRow(kernel.slope[i], smooths.data() + at, view.width, gy.data());
     }
+    Vec2* values = field.values.data() + static_cast<std::size_t>(y) * width;
+    for (std::size_t x = 0; x < width; ++x) values[x] = {gx[x], gy[x]};
   }
   return field;
 }
@@ -147,6 +164,19 @@ bool ridgeAt(const Field& field, int x, int y, double weakest, EdgePoint& point)
   return true;
 }
 
+// Of points in the order of their pels, row by row: those, first and end, that may lie as near to
+// point `k` as neighbours do.
+std::pair<std::size_t, std::size_t> nearRows(const std::vector<EdgePoint>& points, std::size_t k) {
+  // Places of one row may be that much above or below those of the next.
+  constexpr double kWindow = kNeighbour + 2.0 * kOwnPel;
+  const double y = points[k].place.y;
+  std::size_t first = k;
+  while (first > 0 && points[first - 1].place.y >= y - kWindow) --first;
+  std::size_t end = k + 1;
+  while (end < points.size() && points[end].place.y <= y + kWindow) ++end;
+  return {first, end};
+}
+
 // Drops pieces of the outline that are too short to be more than noise.
 void dropShortPieces(std::vector<EdgePoint>& points, double shortest) {
   const std::size_t count = points.size();
@@ -157,10 +187,11 @@ void dropShortPieces(std::vector<EdgePoint>& points, double shortest) {
     std::vector<std::size_t> piece{i};
     seen[i] = 1;
     for (std::size_t k = 0; k < piece.size(); ++k) {
-      for (std::size_t j = 0; j < count; ++j) {
+      const auto [first, end] = nearRows(points, piece[k]);
+      for (std::size_t j = first; j < end; ++j) {
         if (seen[j]) continue;
         const Vec2 d = points[j].place - points[piece[k]].place;
-        if (std::abs(d.x) > 1.8 || std::abs(d.y) > 1.8) continue;
+        if (std::abs(d.x) > kNeighbour || std::abs(d.y) > kNeighbour) continue;
         if (dot(points[j].gradient, points[piece[k]].gradient) <= 0.0) continue;
         seen[j] = 1;
         piece.push_back(j);

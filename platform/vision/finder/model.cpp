@@ -3,9 +3,6 @@
 
 #include <algorithm>
 #include <limits>
-
-#include "platform/vision/finder/edge_points.h"
-
 namespace finder {
 
 namespace {
@@ -63,29 +60,31 @@ std::vector<PointBlock> blocksOf(const std::vector<ModelPoint>& points) {
 
 }  // namespace
 
-PatternFrame measurePattern(const TrainingImage& image, double grain) {
-  const std::vector<EdgePoint> points = edgePointsOf(image.view, sigmaOf(grain));
-  if (points.size() < static_cast<std::size_t>(kFewestPoints)) return {};
+std::vector<EdgePoint> outlineOf(const TrainingImage& image, double grain) {
+  return edgePointsOf(image.view, sigmaOf(grain));
+}
+
+PatternFrame measurePattern(const std::vector<EdgePoint>& outline) {
+  if (outline.size() < static_cast<std::size_t>(kFewestPoints)) return {};
   constexpr double kHuge = std::numeric_limits<double>::max();
   Vec2 low{kHuge, kHuge};
   Vec2 high{-kHuge, -kHuge};
-  for (const EdgePoint& p : points) {
+  for (const EdgePoint& p : outline) {
     low = {std::min(low.x, p.place.x), std::min(low.y, p.place.y)};
     high = {std::max(high.x, p.place.x), std::max(high.y, p.place.y)};
   }
   return {0.5 * (low + high), 0.5 * (high - low)};
 }
 
-Model makeModel(const TrainingImage& image, const PatternFrame& frame, double grain,
-                int mostPoints) {
+Model makeModel(const std::vector<EdgePoint>& outline, const PatternFrame& frame,
+                const Mat2& clientFromPel, double grain, int mostPoints) {
   Model model;
   model.grain = grain;
-  const std::vector<EdgePoint> edges = edgePointsOf(image.view, sigmaOf(grain));
-  if (edges.size() < static_cast<std::size_t>(kFewestPoints)) return model;
-  for (const EdgePoint& e : edges) {
+  if (outline.size() < static_cast<std::size_t>(kFewestPoints)) return model;
+  for (const EdgePoint& e : outline) {
     ModelPoint point;
-    point.place = image.clientFromPel * (e.place - frame.centrePel);
-    point.normal = mapNormal(image.clientFromPel, e.gradient);
+    point.place = clientFromPel * (e.place - frame.centrePel);
+    point.normal = mapNormal(clientFromPel, e.gradient);
     point.weight = e.length;
     model.points.push_back(point);
   }

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/vision/finder/edge_points.h"
 #include "platform/vision/finder/geometry.h"
 #include "platform/vision/finder/lanes.h"
 
@@ -58,12 +59,16 @@ struct PatternFrame {
 /// Fewest edge points that make a model.
 inline constexpr int kFewestPoints = 12;
 
-/// The tight box round the edge points at `grain`. A box of no size when there are too few.
-PatternFrame measurePattern(const TrainingImage& image, double grain);
+/// The edge points of an image as pels of `grain` of its own show them.
+std::vector<EdgePoint> outlineOf(const TrainingImage& image, double grain);
 
-/// The outline at `grain`, at most `mostPoints` points. No points when there are too few.
-Model makeModel(const TrainingImage& image, const PatternFrame& frame, double grain,
-                int mostPoints);
+/// The tight box round the edge points. A box of no size when there are too few.
+PatternFrame measurePattern(const std::vector<EdgePoint>& outline);
+
+/// The model of the outline at `grain`, at most `mostPoints` points. No points when there are too
+/// few.
+Model makeModel(const std::vector<EdgePoint>& outline, const PatternFrame& frame,
+                const Mat2& clientFromPel, double grain, int mostPoints);
 
 /// The outline of the same print, light where it is dark.
 Model negative(Model model);

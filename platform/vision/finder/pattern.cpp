@@ -32,10 +32,13 @@ Pattern::Pattern(const PelView& image, const Mat2& clientFromPel, const Training
   const double plainGrain = 1.0 / meanScale(clientFromPel);
   std::vector<double> grains{1.0, 2.0, 4.0};
   if (!isNear(plainGrain, 1.0)) grains.insert(grains.end(), {plainGrain, 2.0 * plainGrain});
-  frame_ = measurePattern(trainingImage_(), 1.0);
+  std::vector<EdgePoint> outline = outlineOf(trainingImage_(), 1.0);
+  frame_ = measurePattern(outline);
   if (!(std::min(frame_.halfSize.x, frame_.halfSize.y) > 0.0)) return;
   for (const double grain : grains) {
-    auto made = std::make_unique<Model>(makeModel(trainingImage_(), frame_, grain, kMostPoints));
+    if (grain != 1.0) outline = outlineOf(trainingImage_(), grain);
+    auto made =
+        std::make_unique<Model>(makeModel(outline, frame_, clientFromPel_, grain, kMostPoints));
     if (made->points.empty() && models_.empty()) return;
     models_.push_back(std::move(made));
   }
@@ -52,7 +55,8 @@ const Model& Pattern::model(double grain, std::unique_ptr<Model>& storage) const
     if (isNear(grain, made->grain)) return *made;
   }
   if (storage == nullptr || !isNear(grain, storage->grain)) {
-    storage = std::make_unique<Model>(makeModel(trainingImage_(), frame_, grain, kMostPoints));
+    storage = std::make_unique<Model>(
+        makeModel(outlineOf(trainingImage_(), grain), frame_, clientFromPel_, grain, kMostPoints));
   }
   return *storage;
 }

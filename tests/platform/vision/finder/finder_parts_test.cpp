@@ -72,9 +72,10 @@ TEST(EdgePoints, OfADiskLieOnItsCircle) {
 TEST(Model, FirstPointsCoverTheWholeOutline) {
   const letters::Image image = letters::trainImage(draw::letterR());
   const finder::TrainingImage training{viewOf(image), {}};
-  const finder::PatternFrame frame = finder::measurePattern(training, 1.0);
+  const std::vector<finder::EdgePoint> outline = finder::outlineOf(training, 1.0);
+  const finder::PatternFrame frame = finder::measurePattern(outline);
   EXPECT_NEAR(frame.halfSize.y, 15.0, 0.5);
-  const finder::Model model = finder::makeModel(training, frame, 1.0, 100);
+  const finder::Model model = finder::makeModel(outline, frame, {}, 1.0, 100);
   ASSERT_EQ(model.points.size(), 100U);
   for (const finder::ModelPoint& p : model.points) {
     double nearest = 1e9;
