@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kGlyphs = 31;   // one and its clutter
 constexpr std::size_t kSearches = 8;  // of each picture
-constexpr double kNotable = 0.5;      // scores of what is not there that are noted
+constexpr double kSure = 0.7;         // scores of what is not there that are counted
 
 Canvas emptyCanvas(int width, int height) {
   Canvas canvas{width, height, {}};
@@ -223,9 +223,7 @@ void judge(const Font& font, const Trained& t, const Placement& place,
       isFound = true;
       continue;
     }
-    if (r.score() < kNotable || containedShare(font, t, r, picture.canvas) > kContained) continue;
-    tally.falseScores.push_back(r.score());
-    if (r.score() < 0.7) continue;
+    if (r.score() < kSure || containedShare(font, t, r, picture.canvas) > kContained) continue;
     ++tally.falseOnes;
     ++tally.confusions[name(t.code) + "<" + seenIn(t, r, picture)];
   }

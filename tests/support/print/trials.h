@@ -78,7 +78,6 @@ struct Tally {
   int close = 0;      // enter the sums of squares
   double sumPlace = 0.0, sumAngle = 0.0, sumScale = 0.0;
   std::vector<double> scores;
-  std::vector<double> falseScores;        // from 0.5 on
   std::map<char32_t, int> missed;         // or not exact
   std::map<std::string, int> confusions;  // at 0.7: "A<V" is an A seen in a V
 
