@@ -115,6 +115,7 @@ std::vector<Candidate> searchGrid(const ResponseMaps& maps, const std::vector<Mo
   int least = std::max(1, static_cast<int>(std::ceil(threshold * best)));
   const double radius = greatestRadius(points, levelFromClient, turns);
   std::vector<std::vector<const std::uint8_t*>> starts;
+  starts.reserve(turns.size());
   for (const GridTurn& turn : turns) {
     starts.push_back(startsOf(maps, points, levelFromClient * similarity(turn.angle, turn.scale)));
   }

@@ -50,11 +50,14 @@ class SumBlock {
   };
   /// The places in one half of the folded maps.
   struct Half {
-    int firstRow;                                               // of the block, in the picture
-    int endRow;                                                 // of the half, in the picture
-    std::array<std::uint8_t, kBlockRows * kBlockColumns> sums;  // 0 where too little is reached
+    int firstRow;  // of the block, in the picture
+    int endRow;    // of the half, in the picture
+    // 0 where too little is reached.
+    std::array<std::array<std::uint8_t, kBlockColumns>, kBlockRows> sums;
 
-    std::uint8_t& at(int x, int y) { return sums[static_cast<std::size_t>(y * kBlockColumns + x)]; }
+    std::uint8_t& at(int x, int y) {
+      return sums[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)];
+    }
   };
 
   bool isNearEdges_(Place tile, const Half& half, int reach) const;

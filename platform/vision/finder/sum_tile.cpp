@@ -21,18 +21,6 @@ constexpr int kPointsPerLook = 3 * kGroup;
 // A row of a tile. Where the processor's vectors are shorter, the compiler takes several of them.
 using Bytes = std::uint8_t __attribute__((vector_size(kTileColumns)));
 
-RZ_ALWAYS_INLINE void load(const std::uint8_t* from, Bytes& bytes) {
-  std::memcpy(&bytes, from, sizeof bytes);
-}
-
-RZ_ALWAYS_INLINE int greatestOf(const Bytes& bytes) {
-  std::uint8_t lanes[kTileColumns];
-  std::memcpy(lanes, &bytes, sizeof lanes);
-  std::uint8_t greatest = 0;
-  for (const std::uint8_t lane : lanes) greatest = std::max(greatest, lane);
-  return greatest;
-}
-
 // Sums of both responses of a row's elements, as they are: `upper` times 16 plus the lower ones,
 // modulo 256; and of the upper ones alone.
 struct RowSums {
@@ -40,13 +28,40 @@ struct RowSums {
   Bytes upper{};
 };
 
-RZ_ALWAYS_INLINE void addGroup(const Bytes& group, RowSums& sums) {
-  sums.both += group;
-  sums.upper += group >> 4;
+// Adds the tiles of so many points, no more than a group.
+template <int kPoints>
+RZ_ALWAYS_INLINE void addTiles(const std::uint8_t* const* starts, std::ptrdiff_t offset,
+                               std::ptrdiff_t pitch, RowSums* rows) {
+  static_assert(kPoints <= kGroup);
+  for (int r = 0; r < kTileRows; ++r) {
+    Bytes group{};
+    for (int i = 0; i < kPoints; ++i) {
+      Bytes bytes;
+      std::memcpy(&bytes, starts[i] + offset + r * pitch, sizeof bytes);
+      group += bytes;
+    }
+    rows[r].both += group;
+    rows[r].upper += group >> 4;
+  }
 }
 
 RZ_ALWAYS_INLINE void lowerOf(const RowSums& sums, Bytes& lower) {
   lower = sums.both - (sums.upper << 4);
+}
+
+RZ_ALWAYS_INLINE int greatestOf(const RowSums* rows) {
+  Bytes top{};
+  for (int r = 0; r < kTileRows; ++r) {
+    Bytes lower;
+    lowerOf(rows[r], lower);
+    top = top > lower ? top : lower;
+    top = top > rows[r].upper ? top : rows[r].upper;
+  }
+  std::uint8_t lanes[kTileColumns];
+  std::memcpy(lanes, &top, sizeof lanes);
+  std::uint8_t greatest = 0;
+  for (const std::uint8_t lane : lanes) greatest = std::max(greatest, lane);
+  return greatest;
 }
 
 RZ_ALWAYS_INLINE void sumTileBody(const std::uint8_t* const* starts, int count,
@@ -55,40 +70,14 @@ RZ_ALWAYS_INLINE void sumTileBody(const std::uint8_t* const* starts, int count,
   RowSums rows[kTileRows];
   isReached = false;
   int stop = count - least / kBestResponse + kGroup;
-  for (int k = 0;;) {
+  for (int k = 0; k < count; stop = k + kPointsPerLook) {
     for (; k < stop && k + kGroup <= count; k += kGroup) {
-      const std::uint8_t* a = starts[k] + offset;
-      const std::uint8_t* b = starts[k + 1] + offset;
-      const std::uint8_t* c = starts[k + 2] + offset;
-      for (int r = 0; r < kTileRows; ++r) {
-        Bytes group, more;
-        load(a + r * pitch, group);
-        load(b + r * pitch, more);
-        group += more;
-        load(c + r * pitch, more);
-        group += more;
-        addGroup(group, rows[r]);
-      }
+      addTiles<kGroup>(starts + k, offset, pitch, rows);
     }
     if (k + kGroup > count) {
-      for (; k < count; ++k) {
-        for (int r = 0; r < kTileRows; ++r) {
-          Bytes single;
-          load(starts[k] + offset + r * pitch, single);
-          addGroup(single, rows[r]);
-        }
-      }
+      for (; k < count; ++k) addTiles<1>(starts + k, offset, pitch, rows);
     }
-    Bytes top{};
-    for (const RowSums& row : rows) {
-      Bytes lower;
-      lowerOf(row, lower);
-      top = top > lower ? top : lower;
-      top = top > row.upper ? top : row.upper;
-    }
-    if (greatestOf(top) < least - (count - k) * kBestResponse) return;
-    if (k == count) break;
-    stop = k + kPointsPerLook;
+    if (greatestOf(rows) < least - (count - k) * kBestResponse) return;
   }
   for (int r = 0; r < kTileRows; ++r) {
     Bytes lower;
