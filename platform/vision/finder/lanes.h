@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "platform/vision/finder/cpu_variants.h"
+#include "platform/vision/finder/geometry.h"
 
 namespace finder {
 
@@ -43,5 +44,16 @@ RZ_ALWAYS_INLINE double sumOf(Floats a) {
   for (int l = 0; l < kLanes; ++l) sum += static_cast<double>(a[l]);
   return sum;
 }
+
+/// A linear map with numbers as the lanes have them.
+struct FloatMap {
+  explicit FloatMap(const Mat2& m)
+      : xx(static_cast<float>(m.xx)),
+        xy(static_cast<float>(m.xy)),
+        yx(static_cast<float>(m.yx)),
+        yy(static_cast<float>(m.yy)) {}
+
+  float xx, xy, yx, yy;
+};
 
 }  // namespace finder

@@ -10,17 +10,6 @@ namespace {
 constexpr int kMostSamples = 2 * (kGreatestRange + 1) + 1;  // along a normal, a pel apart
 constexpr float kFarther = 0.15F;  // how much less an edge counts a pel away than one at the point
 
-// A linear map with numbers as the lanes have them.
-struct FloatMap {
-  explicit FloatMap(const Mat2& m)
-      : xx(static_cast<float>(m.xx)),
-        xy(static_cast<float>(m.xy)),
-        yx(static_cast<float>(m.yx)),
-        yy(static_cast<float>(m.yy)) {}
-
-  float xx, xy, yx, yy;
-};
-
 struct Gradients {
   Floats x, y;
 };

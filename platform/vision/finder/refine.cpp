@@ -78,14 +78,12 @@ RZ_ALWAYS_INLINE Floats edgeWeight(const Matches& m, float range) {
   return m.strength > 0.0F ? weight : Floats{};
 }
 
-RZ_ALWAYS_INLINE void addUp(const std::vector<Matches>& matches, const Mat2& turning, float range,
-                            Sums& sums) {
-  const auto xx = static_cast<float>(turning.xx), xy = static_cast<float>(turning.xy);
-  const auto yx = static_cast<float>(turning.yx), yy = static_cast<float>(turning.yy);
+RZ_ALWAYS_INLINE void addUp(const std::vector<Matches>& matches, const FloatMap& turning,
+                            float range, Sums& sums) {
   for (const Matches& m : matches) {
     const Floats weight = edgeWeight(m, range);
-    const Floats turn =
-        m.normalX * (xx * m.armX + xy * m.armY) + m.normalY * (yx * m.armX + yy * m.armY);
+    const Floats turn = m.normalX * (turning.xx * m.armX + turning.xy * m.armY) +
+                        m.normalY * (turning.yx * m.armX + turning.yy * m.armY);
     const Floats growth = m.normalX * m.armX + m.normalY * m.armY;
     const Floats slopes[kUnknowns + 1] = {m.normalX, m.normalY,       turn,
                                           growth,    Floats{} + 1.0F, m.offset};
@@ -100,7 +98,8 @@ RZ_ALWAYS_INLINE void addUp(const std::vector<Matches>& matches, const Mat2& tur
 }
 
 RZ_CPU_VARIANTS(addUp,
-                (const std::vector<Matches>& matches, const Mat2& turning, float range, Sums& sums),
+                (const std::vector<Matches>& matches, const FloatMap& turning, float range,
+                 Sums& sums),
                 (matches, turning, range, sums))
 
 }  // namespace
@@ -128,7 +127,8 @@ std::optional<Pose> refined(const GradientMap& gradients, const Model& model,
     const Mat2 turning = map * Mat2{0.0, -1.0, 1.0, 0.0} * inverse(map);
     matchPoints(gradients, model, plan.points, pose, map, plan.range, plan.least, matches);
     Sums sums;
-    RZ_BEST_VARIANT(addUp)(matches, turning, static_cast<float>(plan.range), sums);
+    RZ_BEST_VARIANT(addUp)
+    (matches, FloatMap(turning), static_cast<float>(plan.range), sums);
     const double weights = sumOf(sums.weights);
     if (weights < plan.support * sumOf(sums.allWeights)) return std::nullopt;
     int edges = 0;

@@ -20,8 +20,8 @@ constexpr double kFarOfNone = 0.3;
 constexpr double kFarOfRadius = 0.04;
 constexpr float kAlong = 0.96F;  // cosine of the angle between their directions
 constexpr float kAcross = 0.8F;
-constexpr float kSureContrast = 0.6F;  // of the contrast asked for, as an ideal step
-constexpr float kNoContrast = 0.2F;
+constexpr float kSureContrast = 0.5F;  // of the contrast asked for, as an ideal step
+constexpr float kNoContrast = 0.3F;
 constexpr float kSureStrength = 0.4F;  // of the median of the pattern's edges
 constexpr float kNoStrength = 0.1F;
 // The score is a power of the mean agreement.

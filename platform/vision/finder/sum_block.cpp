@@ -74,9 +74,10 @@ bool SumBlock::isPeak_(Half& half, const std::vector<const std::uint8_t*>& start
   const auto isBelow = [here](int sum, int dx, int dy) {
     return dy < 0 || (dy == 0 && dx < 0) ? sum < here : sum <= here;
   };
+  const int columns = std::min(kBlockColumns, maps_.pictureColumns - firstColumn_);
+  const int rows = std::min(kBlockRows, half.endRow - half.firstRow);
   const auto isInBlock = [&](int dx, int dy) {
-    return x + dx >= 0 && x + dx < kBlockColumns && y + dy >= 0 && y + dy < kBlockRows &&
-           half.firstRow + y + dy < half.endRow;
+    return x + dx >= 0 && x + dx < columns && y + dy >= 0 && y + dy < rows;
   };
   for (int dy = -1; dy <= 1; ++dy) {
     for (int dx = -1; dx <= 1; ++dx) {

@@ -103,15 +103,18 @@ bool isPeak(const ResponseMaps& maps, const std::vector<Probe>& probes, int x, i
 }
 
 // Pictures larger than a block, of sizes that fit neither blocks nor tiles, empty in part.
-TEST(SumBlock, GivesAllPeaksOfAPictureWhereverItsRimsLie) {
-  constexpr int kLeast = 18;
-  std::mt19937 random(5);
+class SumBlock : public testing::TestWithParam<unsigned> {};
+
+TEST_P(SumBlock, GivesAllPeaksOfAPictureWhereverItsRimsLie) {
+  constexpr int kLeast = 15;
+  std::mt19937 random(GetParam());
   std::uniform_int_distribution<int> grey(0, 255), reach(-20, 20);
   std::uniform_int_distribution<int> direction(0, finder::kDirections - 1);
   letters::Image image = draw::paper(299, 283);
   for (rzLong y = 0; y < 283; ++y) {
     for (rzLong x = 0; x < 299; ++x) {
-      if (x < 180 || y > 200) *image.pointToPel(x, y) = static_cast<unsigned char>(grey(random));
+      if (x < 60 || x > 200 || y > 200)
+        *image.pointToPel(x, y) = static_cast<unsigned char>(grey(random));
     }
   }
   const ResponseMaps maps = mapsOf(image);
@@ -139,5 +142,7 @@ TEST(SumBlock, GivesAllPeaksOfAPictureWhereverItsRimsLie) {
   EXPECT_GT(expected.size(), 100U);
   EXPECT_THAT(found, testing::UnorderedElementsAreArray(expected));
 }
+
+INSTANTIATE_TEST_SUITE_P(Seeds, SumBlock, testing::Range(1U, 6U));
 
 }  // namespace
